@@ -1,0 +1,63 @@
+#include "toolkit/Application.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <memory>
+
+#include "toolkit/Exceptions.h"
+
+namespace tk {
+namespace {
+std::unique_ptr<QApplication>& App() {
+  static std::unique_ptr<QApplication> app;
+  return app;
+}
+int* gArgc = nullptr;
+char** gArgv = nullptr;
+int gNoArgc = 1;
+char gName[] = "calloquin";
+char* gNoArgv[] = {gName, nullptr};
+}  // namespace
+
+void SetSupportsHiDPI(bool on) {
+  // Qt 6 always scales; what is left to choose is whether fractional
+  // ratios are kept (sharp) or rounded. Must come before the application.
+  QGuiApplication::setHighDpiScaleFactorRoundingPolicy(on ? Qt::HighDpiScaleFactorRoundingPolicy::PassThrough
+                                                          : Qt::HighDpiScaleFactorRoundingPolicy::Round);
+}
+
+void RuntimeInit(int& argc, char** argv) {
+  gArgc = &argc;
+  gArgv = argv;
+}
+
+void EnsureGui() {
+  if (QCoreApplication::instance() != nullptr) return;
+  App() = gArgc != nullptr ? std::make_unique<QApplication>(*gArgc, gArgv)
+                           : std::make_unique<QApplication>(gNoArgc, gNoArgv);
+  QApplication::setApplicationName(QStringLiteral("Calloquin"));
+  // The one window has no close box; only an explicit quit ends the loop.
+  QApplication::setQuitOnLastWindowClosed(false);
+}
+
+void RunFrameworkInitialization(const std::function<void()>& start) { start(); }
+
+int RuntimeRun() {
+  EnsureGui();
+  return QCoreApplication::exec();
+}
+
+void Quit(Integer status) {
+  QCoreApplication::exit(static_cast<int>(status));
+  throw EndException();
+}
+
+String ExecutableFilePath() {
+  EnsureGui();
+  const QString path = QCoreApplication::applicationFilePath();
+  return QFileInfo(path).canonicalFilePath().toStdString();
+}
+
+}  // namespace tk

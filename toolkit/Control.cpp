@@ -1,0 +1,72 @@
+#include "toolkit/Control.h"
+
+#include <QWidget>
+
+#include "toolkit/Window.h"
+
+namespace tk {
+
+RectControl::RectControl(QWidget* widget) : widget_(widget) {}
+
+RectControl::~RectControl() {
+  // A widget still without a parent is ours to free; one in a window is
+  // freed by Qt with the window.
+  if (widget_ != nullptr && widget_->parent() == nullptr) delete widget_;
+}
+
+void RectControl::AttachTo(Window& window) {
+  Control::AttachTo(window);
+  if (initialParent_.empty()) widget_->setParent(window.Content());
+  ApplyGeometry();
+  widget_->setVisible(visible_);
+}
+
+void RectControl::SetInitialParent(const String& name) {
+  initialParent_ = name;
+  QWidget* parent = nullptr;
+  if (!name.empty() && OwnerWindow() != nullptr) {
+    if (auto* control = dynamic_cast<RectControl*>(OwnerWindow()->ControlByName(name))) parent = control->Widget();
+  }
+  if (parent == nullptr && OwnerWindow() != nullptr) parent = OwnerWindow()->Content();
+  if (parent != nullptr && widget_->parentWidget() != parent) {
+    widget_->setParent(parent);
+    widget_->setVisible(visible_);
+  }
+  ApplyGeometry();
+}
+
+void RectControl::ApplyGeometry() {
+  // Left and Top are of the window's content area; Qt places a child in its
+  // parent's coordinates, so take off the parent control's own position.
+  Integer x = left_, y = top_;
+  if (OwnerWindow() != nullptr && !initialParent_.empty()) {
+    if (auto* parent = dynamic_cast<RectControl*>(OwnerWindow()->ControlByName(initialParent_))) {
+      x -= parent->Left();
+      y -= parent->Top();
+    }
+  }
+  widget_->setGeometry(static_cast<int>(x), static_cast<int>(y), static_cast<int>(width_), static_cast<int>(height_));
+}
+
+void RectControl::SetVisible(bool v) {
+  visible_ = v;
+  if (widget_->parentWidget() != nullptr) widget_->setVisible(v);
+}
+
+void RectControl::SetEnabled(bool v) {
+  enabled_ = v;
+  widget_->setEnabled(v);
+}
+
+void RectControl::SetHelpTag(const String& v) {
+  helpTag_ = v;
+  widget_->setToolTip(QString::fromStdString(v));
+}
+
+void RectControl::SetTabStop(bool v) {
+  tabStop_ = v;
+  // Only widgets that take focus at all (buttons) are affected.
+  if (widget_->focusPolicy() != Qt::NoFocus) widget_->setFocusPolicy(v ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+}  // namespace tk

@@ -1,0 +1,68 @@
+#include "toolkit/Label.h"
+
+#include <QLabel>
+#include <QPalette>
+
+#include "toolkit/Application.h"
+#include "toolkit/Font.h"
+
+namespace tk {
+
+Label::Label() : RectControl((EnsureGui(), new QLabel)) {
+  QLabel* l = label();
+  l->setTextFormat(Qt::PlainText);  // a call is text, never markup
+  l->setFocusPolicy(Qt::NoFocus);   // a label takes no focus, so never steals Return
+  l->setAutoFillBackground(false);
+  l->setWordWrap(false);
+  l->setTextInteractionFlags(Qt::NoTextInteraction);
+  SetTextAlign(0);
+  ApplyFont();
+}
+
+QLabel* Label::label() const { return static_cast<QLabel*>(Widget()); }
+
+void Label::SetText(const String& text) {
+  text_ = text;
+  label()->setText(QString::fromStdString(text));
+}
+
+void Label::SetTextColor(Color color) {
+  color_ = color;
+  QPalette palette = label()->palette();
+  const QColor c(static_cast<QRgb>(0xFF000000u | (color & 0xFFFFFFu)));
+  for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) palette.setColor(group, QPalette::WindowText, c);
+  label()->setPalette(palette);
+}
+
+void Label::ApplyFont() { label()->setFont(MakeFont(font_, size_, bold_, italic_, underline_)); }
+void Label::SetTextFont(const String& v) { font_ = v; ApplyFont(); }
+void Label::SetTextSize(double v) { size_ = v; ApplyFont(); }
+void Label::SetBold(bool v) { bold_ = v; ApplyFont(); }
+void Label::SetItalic(bool v) { italic_ = v; ApplyFont(); }
+void Label::SetUnderline(bool v) { underline_ = v; ApplyFont(); }
+
+void Label::SetTextAlign(Integer v) {
+  align_ = v;
+  // Text stands at the top of the label, as the layout was drawn for.
+  Qt::Alignment h = Qt::AlignLeft;
+  if (v == 1) h = Qt::AlignHCenter;
+  if (v == 2) h = Qt::AlignRight;
+  label()->setAlignment(h | Qt::AlignTop);
+}
+
+void Label::SetTransparent(bool v) {
+  transparent_ = v;
+  label()->setAutoFillBackground(!v);
+}
+
+void Label::SetSelectable(bool v) {
+  selectable_ = v;
+  label()->setTextInteractionFlags(v ? Qt::TextSelectableByMouse : Qt::NoTextInteraction);
+}
+
+void Label::SetMultiline(bool v) {
+  multiline_ = v;
+  label()->setWordWrap(v);
+}
+
+}  // namespace tk

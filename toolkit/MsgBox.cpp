@@ -1,0 +1,57 @@
+#include "toolkit/MsgBox.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <utility>
+
+namespace tk {
+namespace {
+
+MsgBoxAnswerer& Answerer() {
+  static MsgBoxAnswerer answerer;
+  return answerer;
+}
+
+Integer ShowDialog(const String& text, Integer style, const String& title) {
+  QMessageBox box(QApplication::activeWindow());
+  box.setWindowTitle(title.empty() ? QStringLiteral("Calloquin") : QString::fromStdString(title));
+  box.setText(QString::fromStdString(text));
+  switch (style & 0x70) {
+    case 16: box.setIcon(QMessageBox::Critical); break;
+    case 32: box.setIcon(QMessageBox::Question); break;
+    case 48: box.setIcon(QMessageBox::Warning); break;
+    case 64: box.setIcon(QMessageBox::Information); break;
+    default: break;
+  }
+  // Buttons code 4 is Yes and No; other codes are not used by the program,
+  // but a plain OK keeps any of them answerable.
+  if ((style & 0x7) == kMsgBoxYesNo) {
+    QPushButton* yes = box.addButton(QMessageBox::Yes);
+    box.addButton(QMessageBox::No);
+    box.setDefaultButton(yes);  // the key that calls the numbers answers Yes
+  } else {
+    box.setDefaultButton(box.addButton(QMessageBox::Ok));
+  }
+  box.exec();
+  switch (box.standardButton(box.clickedButton())) {
+    case QMessageBox::Yes: return kAnswerYes;
+    case QMessageBox::No: return kAnswerNo;
+    case QMessageBox::Ok: return 1;
+    default: return 0;
+  }
+}
+
+}  // namespace
+
+Integer MsgBox(const String& text, Integer style, const String& title) {
+  if (Answerer()) return Answerer()(text, style, title);
+  return ShowDialog(text, style, title);
+}
+
+MsgBoxAnswerer SetMsgBoxAnswerer(MsgBoxAnswerer answerer) {
+  return std::exchange(Answerer(), std::move(answerer));
+}
+
+}  // namespace tk

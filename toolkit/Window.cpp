@@ -1,0 +1,186 @@
+#include "toolkit/Window.h"
+
+#include <QCloseEvent>
+#include <QKeySequence>
+#include <QMainWindow>
+#include <QPainter>
+#include <QShortcut>
+#include <QWidget>
+
+#include "toolkit/Application.h"
+#include "toolkit/Dispatch.h"
+#include "toolkit/Picture.h"
+#include "toolkit/PushButton.h"
+
+namespace tk {
+
+// The plain window background when no backdrop picture is set: dark, so
+// that the light texts of a caller stay readable without their picture.
+static const QColor kPlainBackground(0x1e, 0x22, 0x2a);
+
+class Window::TopLevel_ : public QMainWindow {
+ public:
+  explicit TopLevel_(Window& owner) : owner_(owner) {}
+
+ protected:
+  void closeEvent(QCloseEvent* event) override {
+    // Without a close box the window cannot be closed by the window
+    // manager; the application's own quit still goes through.
+    if (!owner_.CloseButton() && event->spontaneous()) {
+      event->ignore();
+      return;
+    }
+    QMainWindow::closeEvent(event);
+  }
+
+ private:
+  Window& owner_;
+};
+
+class Window::Surface : public QWidget {
+ public:
+  explicit Surface(Window& owner) : owner_(owner) { setAttribute(Qt::WA_OpaquePaintEvent); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter p(this);
+    const QColor fill = owner_.HasBackColor() ? QColor(static_cast<QRgb>(0xFF000000u | owner_.BackColor())) : kPlainBackground;
+    if (owner_.Backdrop()) {
+      const QPixmap& pm = owner_.Backdrop()->Pixmap();
+      // The backdrop is drawn at its own size from the top left, as a
+      // window background; anything it leaves uncovered gets the fill.
+      const QSizeF logical = pm.deviceIndependentSize();
+      if (logical.width() < width() || logical.height() < height()) p.fillRect(rect(), fill);
+      p.drawPixmap(0, 0, pm);
+    } else {
+      p.fillRect(rect(), fill);
+    }
+  }
+
+ private:
+  Window& owner_;
+};
+
+Window::Window() : top_((EnsureGui(), std::make_unique<TopLevel_>(*this))) {
+  surface_ = new Surface(*this);
+  top_->setCentralWidget(surface_);
+  // The default button answers Return and Enter (keypad too) whatever has
+  // the focus. Qt only does this inside dialogs, so the window binds them.
+  for (QKeySequence key : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter),
+                           QKeySequence(Qt::KeypadModifier | Qt::Key_Enter)}) {
+    auto* shortcut = new QShortcut(key, top_.get());
+    shortcut->setContext(Qt::WindowShortcut);
+    QObject::connect(shortcut, &QShortcut::activated, [this] { PressDefaultButton(); });
+  }
+  ApplyFlags();
+  ApplySize();
+}
+
+Window::~Window() {
+  // Controls hold raw pointers to their widgets; let the widgets go with
+  // the Qt tree first, then the control objects.
+  top_.reset();
+  owned_.clear();
+}
+
+void Window::Constructor() {
+  Layout();
+  CreateControls();
+  Dispatch([this] { Open(); });
+}
+
+void Window::AddControl(const String& name, Control& control) {
+  control.SetName(name);
+  controls_.push_back(&control);
+  control.AttachTo(*this);
+}
+
+Control* Window::ControlByName(const String& name) const {
+  for (Control* c : controls_) {
+    if (c->Name() == name) return c;
+  }
+  return nullptr;
+}
+
+Control* Window::ControlByNameIndex(const String& name, Integer index) const {
+  for (Control* c : controls_) {
+    if (c->Index() == index && c->Name() == name) return c;
+  }
+  return nullptr;
+}
+
+void Window::PressDefaultButton() {
+  for (Control* c : controls_) {
+    auto* button = dynamic_cast<PushButton*>(c);
+    if (button != nullptr && button->Default() && button->Enabled() && button->Visible()) {
+      button->Push();
+      return;
+    }
+  }
+}
+
+QWidget* Window::Content() const { return surface_; }
+QMainWindow* Window::TopLevel() const { return top_.get(); }
+
+void Window::SetWidth(Integer v) { width_ = v; ApplySize(); }
+void Window::SetHeight(Integer v) { height_ = v; ApplySize(); }
+
+void Window::ApplySize() {
+  const QSize size(static_cast<int>(width_), static_cast<int>(height_));
+  if (resizeable_) {
+    surface_->setMinimumSize(static_cast<int>(minWidth_), static_cast<int>(minHeight_));
+    surface_->setMaximumSize(static_cast<int>(maxWidth_), static_cast<int>(maxHeight_));
+    surface_->resize(size);
+  } else {
+    surface_->setFixedSize(size);
+  }
+  // The frame follows its content: menu bar (if inside) plus content area.
+  top_->adjustSize();
+  if (!resizeable_) top_->setFixedSize(top_->sizeHint());
+}
+
+void Window::ApplyFlags() {
+  Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+  if (closeButton_) flags |= Qt::WindowCloseButtonHint;
+  if (minimizeButton_) flags |= Qt::WindowMinimizeButtonHint;
+  if (maximizeButton_) flags |= Qt::WindowMaximizeButtonHint;
+  if (fullScreenButton_) flags |= Qt::WindowFullscreenButtonHint;
+  const bool shown = top_->isVisible();
+  top_->setWindowFlags(flags);
+  if (shown) top_->show();  // Qt hides a window whose flags change
+}
+
+void Window::SetTitle(const String& v) {
+  title_ = v;
+  top_->setWindowTitle(QString::fromStdString(v));
+}
+
+void Window::SetVisible(bool v) {
+  visible_ = v;
+  top_->setVisible(v);
+}
+
+void Window::SetFullScreen(bool v) {
+  fullScreen_ = v;
+  if (v) {
+    top_->showFullScreen();
+  } else if (top_->isFullScreen()) {
+    top_->showNormal();
+  }
+}
+
+void Window::SetHasBackColor(bool v) { hasBackColor_ = v; surface_->update(); }
+void Window::SetBackColor(Color v) { backColor_ = v; surface_->update(); }
+
+void Window::SetMenuBarVisible(bool v) {
+  menuBarVisible_ = v;
+  if (QWidget* bar = top_->menuWidget()) bar->setVisible(v);
+  ApplySize();
+}
+
+void Window::SetBackdrop(std::shared_ptr<Picture> picture) {
+  backdrop_ = std::move(picture);
+  surface_->update();
+}
+
+}  // namespace tk
