@@ -1,0 +1,1 @@
+// Anchor for the shell services library; the services live in their own files.
