@@ -77,10 +77,10 @@ Window::Window() : top_((EnsureGui(), std::make_unique<TopLevel_>(*this))) {
 }
 
 Window::~Window() {
-  // Controls hold raw pointers to their widgets; let the widgets go with
-  // the Qt tree first, then the control objects.
-  top_.reset();
+  // Controls look at their widgets when they go, so they go first; the
+  // widgets then go with the Qt tree.
   owned_.clear();
+  top_.reset();
 }
 
 void Window::Constructor() {

@@ -1,1 +1,90 @@
-#include <gtest/gtest.h>
+// The draw: rejection sampling over all 90 indices, fed by Random.
+#include <cmath>
+#include <random>
+
+#include "engine/Module1.h"
+#include "tests/game/GameFixture.h"
+
+namespace testgame {
+namespace {
+
+// A deterministic generator, so the statistics below cannot flake.
+class SeededEntropy : public tk::EntropySource {
+ public:
+  explicit SeededEntropy(std::uint64_t seed) : engine_(seed) {}
+  std::uint64_t Next64() override { return engine_(); }
+
+ private:
+  std::mt19937_64 engine_;
+};
+
+// The draw only touches Module1, so it can run on a bare window.
+class DrawTest : public GameTest {
+ protected:
+  void Draw(std::unique_ptr<tk::EntropySource> source) {
+    auto* keep = source.release();
+    const auto old = tk::Random::SetSourceFactory([keep] { return std::unique_ptr<tk::EntropySource>(keep); });
+    for (tk::Integer i = 0; i < 90; ++i) Module1::thearray.Set(i, false);
+    Module1::HowManyNumbersGone = 0;
+    bare_.StoreTheRandomNumbers();
+    tk::Random::SetSourceFactory(old);
+  }
+  Window1 bare_;
+};
+
+TEST_F(DrawTest, TheOrderIsExactlyWhatTheSourceDictatesRejectionsIncluded) {
+  // Candidates already placed are thrown away; a word above the unbiased
+  // limit is drawn again inside InRange.
+  std::deque<std::uint64_t> words = {6, 6, ~std::uint64_t{0}, 2, 6, 2};
+  for (std::uint64_t w = 0; w < 90; ++w) words.push_back(w);
+  auto source = std::make_unique<ScriptedEntropy>(words);
+  ScriptedEntropy* seen = source.get();
+  Draw(std::move(source));
+  std::vector<tk::Integer> expected = {7, 3};
+  for (tk::Integer n = 1; n <= 90; ++n) {
+    if (n != 7 && n != 3) expected.push_back(n);
+  }
+  std::vector<tk::Integer> drawn;
+  for (tk::Integer i = 0; i < 90; ++i) drawn.push_back(Module1::bingonumbers(i));
+  EXPECT_EQ(drawn, expected);
+  EXPECT_EQ(seen->Left(), 0u) << "every word was used, none skipped";
+  EXPECT_EQ(Module1::HowManyNumbersGone, 0);
+  EXPECT_EQ(Module1::n, 89) << "n holds the index accepted last";
+  for (tk::Integer i = 0; i < 90; ++i) EXPECT_TRUE(Module1::thearray(i));
+}
+
+TEST_F(DrawTest, InRangeReachesBothEndsAndNothingOutside) {
+  tk::Random random;
+  bool low = false, high = false;
+  for (int i = 0; i < 200000 && !(low && high); ++i) {
+    const tk::Integer v = random.InRange(0, 89);
+    ASSERT_GE(v, 0);
+    ASSERT_LE(v, 89);
+    low = low || v == 0;
+    high = high || v == 89;
+  }
+  EXPECT_TRUE(low && high);
+}
+
+TEST_F(DrawTest, PositionByNumberCountsPassAChiSquareTest) {
+  constexpr int kDraws = 9000;  // 100 expected in each of the 8100 cells
+  std::vector<std::vector<int>> counts(90, std::vector<int>(90, 0));
+  for (int d = 0; d < kDraws; ++d) {
+    Draw(std::make_unique<SeededEntropy>(0x9E3779B97F4A7C15ull * static_cast<std::uint64_t>(d + 1)));
+    for (int pos = 0; pos < 90; ++pos) ++counts[pos][Module1::bingonumbers(pos) - 1];
+  }
+  const double expected = kDraws / 90.0;
+  double chi2 = 0;
+  for (const auto& row : counts) {
+    for (int c : row) chi2 += (c - expected) * (c - expected) / expected;
+  }
+  // Each row and column sums to kDraws: (90 - 1)^2 degrees of freedom. The
+  // 99% point by the Wilson-Hilferty approximation.
+  const double df = 89.0 * 89.0;
+  const double z99 = 2.3263;
+  const double bound = df * std::pow(1 - 2 / (9 * df) + z99 * std::sqrt(2 / (9 * df)), 3);
+  EXPECT_LT(chi2, bound);
+}
+
+}  // namespace
+}  // namespace testgame

@@ -1,1 +1,98 @@
-#include <gtest/gtest.h>
+#include "tests/game/GameFixture.h"
+
+#include <algorithm>
+
+#include "engine/Module1.h"
+
+namespace testgame {
+
+void PrintTo(const Snapshot& s, std::ostream* os) {
+  *os << "{main " << s.main << " (#" << std::hex << s.mainColor << std::dec << (s.flashing ? ", flashing" : "")
+      << "), last " << s.last << "/" << s.last1 << "/" << s.last2 << ", gone " << s.gone << ", call '" << s.call
+      << "', yellow " << s.yellow.size() << ", grey " << s.grey.size() << ", howMany " << s.howMany << "}";
+}
+
+std::uint64_t ScriptedEntropy::Next64() {
+  if (words_.empty()) {
+    ADD_FAILURE() << "the draw asked for more random numbers than the script holds";
+    throw tk::RuntimeException("script exhausted");
+  }
+  const std::uint64_t w = words_.front();
+  words_.pop_front();
+  return w;
+}
+
+std::deque<std::uint64_t> Words(const std::vector<tk::Integer>& numbers) {
+  std::deque<std::uint64_t> words;
+  for (tk::Integer n : numbers) words.push_back(static_cast<std::uint64_t>(n - 1));
+  return words;
+}
+
+std::vector<tk::Integer> OrderA() {
+  std::vector<tk::Integer> order;
+  for (tk::Integer i = 0; i < 90; ++i) order.push_back((i * 37) % 90 + 1);  // 37 is prime to 90
+  return order;
+}
+
+std::vector<tk::Integer> OrderB() {
+  std::vector<tk::Integer> order = OrderA();
+  std::rotate(order.begin(), order.begin() + 1, order.end());
+  return order;
+}
+
+void GameTest::SetUp() {
+  oldAnswerer_ = tk::SetMsgBoxAnswerer([this](const tk::String& text, tk::Integer style, const tk::String& title) {
+    questions.push_back({text, style, title, Module1::HowManyNumbersGone, window ? window->NumbersGone()->Text() : ""});
+    if (answers.empty()) {
+      ADD_FAILURE() << "unexpected question: " << text;
+      return tk::Integer{0};
+    }
+    const tk::Integer a = answers.front();
+    answers.pop_front();
+    return a;
+  });
+  oldReporter_ = tk::SetFailureReporter([this](const tk::FailureReport& r) { failures.push_back(r); });
+  oldFactory_ = tk::Random::SetSourceFactory([this]() -> std::unique_ptr<tk::EntropySource> {
+    if (draws_.empty()) return tk::MakeSystemEntropy();
+    auto source = std::make_unique<ScriptedEntropy>(Words(draws_.front()));
+    draws_.pop_front();
+    return source;
+  });
+}
+
+void GameTest::TearDown() {
+  window.reset();
+  tk::SetMsgBoxAnswerer(oldAnswerer_);
+  tk::SetFailureReporter(oldReporter_);
+  tk::Random::SetSourceFactory(oldFactory_);
+  EXPECT_TRUE(answers.empty()) << answers.size() << " answers were never asked for";
+}
+
+void GameTest::Open(std::vector<std::vector<tk::Integer>> draws) {
+  draws_.assign(draws.begin(), draws.end());
+  window = std::make_unique<Window1>();
+  window->Constructor();
+}
+
+Snapshot GameTest::Look() {
+  Snapshot s{};
+  s.main = window->MainNumber()->Text();
+  s.mainColor = window->MainNumber()->TextColor();
+  s.flashing = window->Timer1()->IsRunning();
+  s.last = window->LastNumber()->Text();
+  s.last1 = window->LastNumber1()->Text();
+  s.last2 = window->LastNumber2()->Text();
+  s.gone = window->NumbersGone()->Text();
+  s.call = window->Label3()->Text();
+  for (tk::Integer i = 0; i < 90; ++i) {
+    const tk::Color c = window->n1(i)->TextColor();
+    if (c == 0xFFFF00) s.yellow.insert(i + 1);
+    if (c == 0xAAAAAA) s.grey.insert(i + 1);
+  }
+  for (tk::Integer i = 0; i < 90; ++i) s.draw.push_back(Module1::bingonumbers(i));
+  s.howMany = Module1::HowManyNumbersGone;
+  s.caller = Module1::Bingo_Caller;
+  return s;
+}
+
+}  // namespace testgame

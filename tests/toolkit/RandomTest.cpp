@@ -1,1 +1,58 @@
+// Random.InRange: inclusive at both ends and free of modulo bias.
 #include <gtest/gtest.h>
+
+#include <deque>
+#include <limits>
+
+#include "toolkit/Random.h"
+
+namespace {
+
+class Words : public tk::EntropySource {
+ public:
+  explicit Words(std::deque<std::uint64_t> w) : words(std::move(w)) {}
+  std::uint64_t Next64() override {
+    const std::uint64_t w = words.front();
+    words.pop_front();
+    return w;
+  }
+  std::deque<std::uint64_t> words;
+};
+
+constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
+
+TEST(Random, WordsThatWouldFavourLowResultsAreDrawnAgain) {
+  // 2^64 leaves a remainder of 16 over 90: the top 16 words are rejected.
+  const std::uint64_t firstRejected = kMax - 15;
+  const auto old = tk::Random::SetSourceFactory(
+      [&] { return std::make_unique<Words>(std::deque<std::uint64_t>{kMax, firstRejected, firstRejected - 1, 5}); });
+  tk::Random random;
+  EXPECT_EQ(random.InRange(0, 89), static_cast<tk::Integer>((firstRejected - 1) % 90));
+  EXPECT_EQ(random.InRange(0, 89), 5);
+  tk::Random::SetSourceFactory(old);
+}
+
+TEST(Random, RangesOfEveryShapeStayInside) {
+  tk::Random random;
+  for (int i = 0; i < 2000; ++i) {
+    EXPECT_EQ(random.InRange(4, 4), 4);
+    const tk::Integer v = random.InRange(-3, 3);
+    EXPECT_GE(v, -3);
+    EXPECT_LE(v, 3);
+  }
+  const tk::Integer lo = std::numeric_limits<tk::Integer>::min();
+  const tk::Integer hi = std::numeric_limits<tk::Integer>::max();
+  EXPECT_NO_THROW(random.InRange(lo, hi));  // the whole range needs no rejection
+}
+
+TEST(Random, EachNewObjectHasItsOwnFreshSequence) {
+  tk::Random a, b;
+  std::vector<tk::Integer> sa, sb;
+  for (int i = 0; i < 16; ++i) {
+    sa.push_back(a.InRange(0, 1'000'000'000));
+    sb.push_back(b.InRange(0, 1'000'000'000));
+  }
+  EXPECT_NE(sa, sb);
+}
+
+}  // namespace

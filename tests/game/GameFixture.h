@@ -1,0 +1,85 @@
+#pragma once
+// A real Window1 on the offscreen platform, with the three side effects
+// replaced: the dialog is answered from a script, failures are recorded
+// instead of shown, and the draw can be dictated as a list of numbers.
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "toolkit/Dispatch.h"
+#include "toolkit/MsgBox.h"
+#include "toolkit/Random.h"
+#include "window/Window1.h"
+
+namespace testgame {
+
+// What the operator can see, and the game's globals, at one moment.
+struct Snapshot {
+  std::string main, last, last1, last2, gone, call;
+  tk::Color mainColor;
+  bool flashing;
+  std::set<tk::Integer> yellow;  // numbers whose cell is yellow
+  std::set<tk::Integer> grey;    // numbers whose cell is the play grey
+  std::vector<tk::Integer> draw;
+  tk::Integer howMany;
+  bool caller;
+  bool operator==(const Snapshot&) const = default;
+};
+void PrintTo(const Snapshot& s, std::ostream* os);
+
+struct Question {
+  std::string text;
+  tk::Integer style;
+  std::string title;
+  tk::Integer howManyWhileAsked;
+  std::string goneWhileAsked;
+};
+
+// An entropy source that yields the given words, then fails the test.
+class ScriptedEntropy : public tk::EntropySource {
+ public:
+  explicit ScriptedEntropy(std::deque<std::uint64_t> words) : words_(std::move(words)) {}
+  std::uint64_t Next64() override;
+  std::size_t Left() const { return words_.size(); }
+
+ private:
+  std::deque<std::uint64_t> words_;
+};
+
+// A draw that turns out exactly as listed: number k becomes the word k - 1,
+// which InRange(0, 89) returns unchanged.
+std::deque<std::uint64_t> Words(const std::vector<tk::Integer>& numbers);
+// 1..90 in a fixed, scrambled order, and the same order shifted by one.
+std::vector<tk::Integer> OrderA();
+std::vector<tk::Integer> OrderB();
+
+class GameTest : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  // Opens the window. Each given draw is dictated to the next new Random,
+  // in turn; with none, the system's generator draws.
+  void Open(std::vector<std::vector<tk::Integer>> draws = {});
+  void Press() { window->PushButton2()->Push(); }
+  void Reset() { window->PushButton3()->Push(); }
+  void Tick() { window->Timer1()->_CallAction(); }
+  Snapshot Look();
+
+  std::unique_ptr<Window1> window;
+  std::deque<tk::Integer> answers;  // the operator's answers, in order
+  std::vector<Question> questions;  // what was asked
+  std::vector<tk::FailureReport> failures;
+
+ private:
+  tk::MsgBoxAnswerer oldAnswerer_;
+  tk::FailureReporter oldReporter_;
+  tk::Random::SourceFactory oldFactory_;
+  std::deque<std::vector<tk::Integer>> draws_;
+};
+
+}  // namespace testgame
