@@ -45,6 +45,7 @@ int _Main() {
 int main(int argc, char** argv) {
   tk::RuntimeInit(argc, argv);
   const int status = _Main();
+  tk::RuntimePerformFinalizers();
   theApp.reset();
   return status;
 }

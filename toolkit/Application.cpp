@@ -5,6 +5,7 @@
 #include <QFileInfo>
 
 #include <memory>
+#include <vector>
 
 #include "toolkit/Exceptions.h"
 
@@ -13,6 +14,10 @@ namespace {
 std::unique_ptr<QApplication>& App() {
   static std::unique_ptr<QApplication> app;
   return app;
+}
+std::vector<std::function<void()>>& Finalizers() {
+  static std::vector<std::function<void()>> finalizers;
+  return finalizers;
 }
 int* gArgc = nullptr;
 char** gArgv = nullptr;
@@ -47,6 +52,17 @@ void RunFrameworkInitialization(const std::function<void()>& start) { start(); }
 int RuntimeRun() {
   EnsureGui();
   return QCoreApplication::exec();
+}
+
+void AtFinalize(std::function<void()> finalizer) { Finalizers().push_back(std::move(finalizer)); }
+
+void RuntimePerformFinalizers() {
+  while (!Finalizers().empty()) {
+    auto finalizer = std::move(Finalizers().back());
+    Finalizers().pop_back();
+    finalizer();
+  }
+  App().reset();
 }
 
 void Quit(Integer status) {

@@ -25,6 +25,11 @@ int RuntimeRun();
 // Ends the application with the given status. Nothing after it in the
 // handler runs: it raises EndException, which the failure route drops.
 [[noreturn]] void Quit(Integer status);
+// Registers what must go before the GUI does (the window, above all).
+void AtFinalize(std::function<void()> finalizer);
+// After the loop: runs the finalizers, newest first, then takes the GUI
+// down, while Qt is still whole.
+void RuntimePerformFinalizers();
 // The application-wide menu bar (on macOS the screen's menu bar).
 void SetApplicationMenuBar(MenuBar* bar);
 // The absolute path of the running executable, links resolved.
