@@ -1,0 +1,43 @@
+#pragma once
+// A file or folder named by its absolute path. Whether anything is there
+// is asked only when it matters: an item can stand for a file that doesn't
+// exist, and opening that is what fails.
+#include <functional>
+#include <memory>
+
+#include "toolkit/Sound.h"
+#include "toolkit/Types.h"
+
+namespace tk {
+
+class FolderItem {
+ public:
+  explicit FolderItem(const String& nativePath);
+
+  const String& NativePath() const { return path_; }
+
+  // The folder that holds the item; nil for the root, which has none.
+  std::shared_ptr<FolderItem> Parent() const;
+
+  // The item of that name in this folder, whether or not such a file
+  // exists. Nil when this item is not an existing folder, or when the name
+  // is not one plain name (empty, ".", ".." or with a separator in it).
+  std::shared_ptr<FolderItem> Child(const String& name) const;
+
+  // The file as a sound ready to play, or nil when it can't be one.
+  std::shared_ptr<Sound> OpenAsSound() const;
+
+ private:
+  String path_;
+};
+
+// Application.ExecutableFile: the running executable, links resolved; nil
+// if it can't be determined.
+std::shared_ptr<FolderItem> ExecutableFile();
+
+// Tests put the executable somewhere else, to find their own bundle.
+// Returns the previous source; an empty one restores the real executable.
+using ExecutableFileSource = std::function<std::shared_ptr<FolderItem>()>;
+ExecutableFileSource SetExecutableFileSource(ExecutableFileSource source);
+
+}  // namespace tk

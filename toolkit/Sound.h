@@ -1,0 +1,42 @@
+#pragma once
+// A voice clip, opened once from a file and then played as often as asked.
+// Play starts the clip and returns at once; each clip sounds on a channel
+// of its own, so clips started close together overlap rather than cut each
+// other off. Nothing stops a clip, nor sets its volume or pan.
+#include <functional>
+#include <memory>
+
+#include "toolkit/Types.h"
+
+namespace tk {
+
+class Sound {
+ public:
+  virtual ~Sound() = default;
+  virtual void Play() = 0;
+};
+
+// Turns the file at a path into a Sound, or nil when the file can't be
+// played (missing, empty, unreadable, not audio).
+using SoundOpener = std::function<std::shared_ptr<Sound>(const String& path)>;
+
+// Tests replace the opener to see which files are opened and which clips
+// are played without a sound device. Returns the previous opener; an empty
+// one restores the mixer.
+SoundOpener SetSoundOpener(SoundOpener opener);
+
+// Opens through the current opener; what FolderItem::OpenAsSound uses.
+std::shared_ptr<Sound> OpenSound(const String& path);
+
+// The real opener: decodes the file for the mixer. The output device is
+// opened at the first call; without a usable device the mixer falls back to
+// a silent one and says so once on stderr, so the program never fails for
+// lack of sound hardware.
+std::shared_ptr<Sound> OpenMixerSound(const String& path);
+
+// The mixer's output format: 16-bit signed native-endian stereo at this rate,
+// converted by SDL to whatever the device takes.
+inline constexpr Integer kMixerRate = 44100;
+inline constexpr Integer kMixerChannels = 2;
+
+}  // namespace tk
