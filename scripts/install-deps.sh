@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that Calloquin needs to build, run and test,
+# and only those that are missing. Runs apt-get as root, or through sudo.
+set -euo pipefail
+
+packages=(
+  # build
+  g++ make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-mixer-dev libgtest-dev
+  # the voice clips and the backdrop, made at build time
+  festival festvox-us-slt-hts lame sox libsox-fmt-mp3 ffmpeg
+  # a font for offscreen rendering, and the tests through a real X server
+  fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
+    missing+=("$p")
+  fi
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+if [ "$(id -u)" -eq 0 ]; then
+  as_root=()
+elif command -v sudo >/dev/null 2>&1; then
+  as_root=(sudo)
+else
+  echo "Calloquin needs these Debian packages: ${missing[*]}" >&2
+  echo "Run this script as root (or install sudo) to install them." >&2
+  exit 1
+fi
+
+echo "Installing: ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
