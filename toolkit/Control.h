@@ -2,6 +2,8 @@
 // The base classes of everything a window holds. Controls keep every value
 // they were given (so a property always reads back what was set) and pass it
 // on to their Qt widget where Qt has a counterpart.
+#include <memory>
+
 #include "toolkit/Types.h"
 
 class QWidget;
@@ -17,6 +19,15 @@ class Object {
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
   virtual const char* ClassName() const = 0;
+
+  // A token that lives exactly as long as the object, for WeakRef.
+  std::weak_ptr<Object* const> LifeToken() const {
+    if (!lifeToken_) lifeToken_ = std::make_shared<Object* const>(const_cast<Object*>(this));
+    return lifeToken_;
+  }
+
+ private:
+  mutable std::shared_ptr<Object* const> lifeToken_;
 };
 
 // A child of a window: has a name and may belong to a control set.
@@ -32,6 +43,8 @@ class Control : public Object {
   virtual void AttachTo(Window& window) { window_ = &window; }
 
  private:
+  friend class Window;  // a window's New tells its controls whose they are
+
   String name_;
   Integer index_ = kNoIndex;
   Window* window_ = nullptr;
@@ -41,6 +54,10 @@ class Control : public Object {
 class RectControl : public Control {
  public:
   ~RectControl() override;
+
+  // Finishes a control once its object exists. The widget is made along
+  // with the object here, so nothing is left to do.
+  void Constructor() {}
 
   // Position in the window's content area, whatever the parent.
   Integer Left() const { return left_; }

@@ -29,12 +29,15 @@ class Window : public Object {
   // failure route. A failure in the first two goes to the caller.
   void Constructor();
 
-  // Creates an object that the window owns for the rest of its life.
+  // Creates an object that the window owns for the rest of its life. Its
+  // own Constructor, if it has one, is the caller's next call.
   template <class T, class... Args>
   T& New(Args&&... args) {
     static_assert(std::is_base_of_v<Object, T>);
     auto object = std::make_unique<T>(std::forward<Args>(args)...);
     T& ref = *object;
+    // A control knows its window from birth, before it is added to it.
+    if constexpr (std::is_base_of_v<Control, T>) static_cast<Control&>(ref).window_ = this;
     owned_.push_back(std::move(object));
     return ref;
   }
