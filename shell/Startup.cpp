@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "shell/App.h"
+#include "shell/MainMenuBar.h"
 #include "toolkit/Application.h"
 #include "toolkit/Dispatch.h"
 #include "window/ImplicitWindow.h"
@@ -14,14 +15,23 @@ namespace shell {
 namespace {
 
 std::unique_ptr<App> theApp;  // the toolkit's to keep until the process ends
+// What the process returns. It stays a failure unless the event loop ran
+// and ended: a start-up cut short by a failure is no clean run.
+int exitStatus = 1;
 
 void _InitFileTypes() {}               // no document types
 void _ApplicationAddMenuHandlers() {}  // no menu handlers
 
-void _NewAppInstance() { theApp = std::make_unique<App>(); }
+// The menu bar exists before the application object is registered and
+// before any window.
+void _NewAppInstance() {
+  auto app = std::make_unique<App>();
+  tk::SetApplicationMenuBar(&ImplicitMainMenuBar());
+  theApp = std::move(app);  // registered: kept to the end of the process
+}
 
 void _EarlyStartup() {
-  tk::SetSupportsHiDPI(true);
+  tk::SetSupportsHiDPI(true);  // first: Qt takes it only before the GUI starts
   _InitFileTypes();
   _NewAppInstance();
   _ApplicationAddMenuHandlers();
@@ -31,23 +41,28 @@ void _MakeDefaultView() { ImplicitWindow1(); }
 
 void _LateStartup() { _MakeDefaultView(); }
 
-// Each step runs only if the ones before it ended without a failure; a
-// failure is reported once and start-up goes no further.
-int _Main() {
-  bool ok = tk::RunReportingFailures([] { _EarlyStartup(); });
-  if (ok) ok = tk::RunReportingFailures([] { tk::RunFrameworkInitialization(_LateStartup); });
-  if (!ok) return 1;
-  return tk::RuntimeRun();
+// The failure route stands before anything else runs: a failure in any
+// step is reported once and skips every step after it, the event loop too,
+// so no window comes after a failed early start-up.
+void _Main() {
+  tk::RunReportingFailures([] {
+    _EarlyStartup();
+    tk::RunFrameworkInitialization(_LateStartup);
+    exitStatus = tk::RuntimeRun();
+  });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   tk::RuntimeInit(argc, argv);
-  const int status = _Main();
+  // The initialisers have run already: the language gives the globals
+  // (Module1's arrays, the menu bar's empty slot) their first values before
+  // main.
+  _Main();
   tk::RuntimePerformFinalizers();
   theApp.reset();
-  return status;
+  return exitStatus;
 }
 
 }  // namespace shell

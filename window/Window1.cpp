@@ -1,5 +1,6 @@
 #include "window/Window1.h"
 
+#include "shell/MainMenuBar.h"
 #include "toolkit/Picture.h"
 #include "window/LayoutData.h"
 
@@ -42,6 +43,7 @@ Window1::~Window1() = default;
 
 void Window1::Layout() {
   SetBackdrop(tk::Picture::OpenFromApp("BingoOuter1"));
+  SetMenuBar(&ImplicitMainMenuBar());  // the same bar as the application's
   SetWidth(layout::kWindowWidth);
   SetHeight(layout::kWindowHeight);
   SetTitle(layout::kWindowTitle);
