@@ -1,0 +1,139 @@
+#!/bin/sh
+# Makes the 90 voice clips vocal1.mp3 .. vocal90.mp3 from the call table.
+#
+#   make-clips.sh <CallTable.h> <output folder>
+#
+# Each clip says the call, pauses as a caller would, and says the number
+# ("Kellys Eye ... Number one"), spoken by festival's HTS voice
+# cmu_us_slt_arctic_hts, trimmed of leading and trailing silence, brought to a common integrated loudness (EBU R128)
+# so that no number booms or mumbles in the hall, and encoded by lame as
+# mono 44.1 kHz constant-bitrate MP3. Everything runs offline, and the same
+# table gives the same bytes.
+set -eu
+
+if [ $# -ne 2 ]; then
+  echo "usage: $0 <CallTable.h> <output folder>" >&2
+  exit 2
+fi
+table=$1
+out=$2
+
+# Target loudness in LUFS. Leaves headroom below full scale for the
+# loudest calls, so only gain is applied and no limiter colours the voice.
+target=-20
+# The pause between call and number, in seconds. Spoken as one sentence the
+# two run together; a caller lets the call land before the number.
+pause=0.35
+voice=voice_cmu_us_slt_arctic_hts
+
+for tool in festival sox lame ffmpeg; do
+  command -v "$tool" >/dev/null || { echo "$0: $tool is missing" >&2; exit 1; }
+done
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/calloquin-voice.XXXXXX")
+trap 'rm -rf "$work"' EXIT INT TERM
+
+# The table is one C++ string constant written as adjacent literals; the
+# calls hold letters, digits and blanks only, so gluing the literals
+# together and splitting at "," is all the parsing needed.
+sed -n '/kNicknameText/,/;/p' "$table" | grep -o '"[^"]*"' | tr -d '"\n' \
+  | tr ',' '\n' >"$work/calls"
+echo >>"$work/calls"
+count=$(grep -c . "$work/calls")
+if [ "$count" -ne 90 ]; then
+  echo "$0: expected 90 calls in $table, found $count" >&2
+  exit 1
+fi
+
+# What is shown is not always what should be heard: the display keeps the
+# house spellings, the voice gets respellings that the synthesiser reads
+# right ("OneDozen" is run together, "Goobye" would come out "goo-bee",
+# "Valentines" as "valen-teens", "Torquay" as "tor-kay").
+speakable() {
+  sed -e 's/\([a-z]\)\([A-Z]\)/\1 \2/g' \
+      -e 's/\bGoobye\b/Goodbye/' \
+      -e "s/\\bValentines\\b/Valentine's/" \
+      -e 's/\bTorquay\b/Torkey/'
+}
+
+# One festival run for all 90: starting the voice costs more than speaking.
+# Call and number are two utterances, so each ends on a full cadence.
+{
+  echo "($voice)"
+  k=0
+  speakable <"$work/calls" | while IFS= read -r call; do
+    k=$((k + 1))
+    echo "(utt.save.wave (utt.synth (Utterance Text \"$call.\")) \"$work/call$k.wav\" 'riff)"
+    echo "(utt.save.wave (utt.synth (Utterance Text \"Number $k.\")) \"$work/number$k.wav\" 'riff)"
+  done
+} >"$work/speak.scm"
+festival -b "$work/speak.scm" >"$work/festival.log" 2>&1 || {
+  cat "$work/festival.log" >&2
+  exit 1
+}
+
+# Integrated loudness of a file in LUFS, as ffmpeg's EBU R128 meter gives
+# it, the file heard 1 + $2 times over. The meter works in 400 ms blocks and
+# a part such as "Legs." is shorter, so a part is measured as a loop, which
+# leaves its loudness as it is; a whole clip is measured once, as it will be
+# heard. (framelog=verbose keeps the per-frame lines out of the log at the
+# default level; with framelog=quiet this ffmpeg prints a summary of zeros.)
+loudness() {
+  ffmpeg -hide_banner -nostats -stream_loop "$2" -i "$1" -af ebur128=framelog=verbose -f null - 2>&1 \
+    | sed -n 's/^ *I: *\(-*[0-9.]*\) LUFS.*/\1/p' | tail -n 1
+}
+
+# level <repeats> <from> <to> [effect ...]: brings a file to the target
+# loudness, with any further arguments as sox effects for the end of the
+# chain.
+level() {
+  measured=$(loudness "$2" "$1")
+  [ -n "$measured" ] || { echo "$0: no loudness for $2" >&2; exit 1; }
+  gain=$(awk -v t="$target" -v m="$measured" 'BEGIN { printf "%.2f", t - m }')
+  from=$2 to=$3
+  shift 3
+  sox -D "$from" "$to" gain "$gain" "$@"
+}
+
+# Silence at both ends of a spoken part, cut (the reverse trick trims the
+# tail).
+trim() {
+  sox -D "$1" "$2" silence 1 0.01 -50d reverse silence 1 0.01 -50d reverse
+}
+
+# The voice doesn't speak its utterances equally loud ("Number" comes out
+# some 10 dB above most calls), so call and number are levelled each on its
+# own first, and the joined clip once more as a whole, which is what the
+# ear compares from one number to the next.
+clip() {
+  k=$1
+  trim "$work/call$k.wav" "$work/call$k-t.wav"
+  trim "$work/number$k.wav" "$work/number$k-t.wav"
+  level 3 "$work/call$k-t.wav" "$work/call$k-l.wav" pad 0 "$pause"
+  level 3 "$work/number$k-t.wav" "$work/number$k-l.wav"
+  sox -D "$work/call$k-l.wav" "$work/number$k-l.wav" "$work/joined$k.wav"
+  # At the rate every sound output takes as it is.
+  level 0 "$work/joined$k.wav" "$work/clip$k.wav" rate -v 44100
+  # The LAME tag stays: it tells decoders the encoder's delay and padding,
+  # so a clip starts on its first word.
+  lame --quiet --nohist -m m -b 64 -q 2 "$work/clip$k.wav" "$work/vocal$k.mp3"
+  mv -f "$work/vocal$k.mp3" "$out/vocal$k.mp3"
+}
+
+# The clips are independent: make them a few at a time, one per processor.
+jobs=$(nproc 2>/dev/null || echo 2)
+mkdir -p "$out"
+k=1
+while [ "$k" -le 90 ]; do
+  pids=
+  n=0
+  while [ "$n" -lt "$jobs" ] && [ "$k" -le 90 ]; do
+    (clip "$k") &
+    pids="$pids $!"
+    n=$((n + 1))
+    k=$((k + 1))
+  done
+  for pid in $pids; do
+    wait "$pid" || exit 1
+  done
+done
