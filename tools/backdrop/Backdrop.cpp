@@ -81,17 +81,21 @@ void Paint(QPainter& p) {
     p.drawLine(QPointF(x, kBoardPanel.top() + 12), QPointF(x, kBoardPanel.bottom() - 12));
   }
 
-  // The display: a soft light behind the current number, and thin rules
-  // that part it from the row of previous numbers and those from the count.
+  // The display: a soft light behind the current number, a faint band
+  // under the call, and a thin rule between the previous numbers and the
+  // count. Nothing crosses a figure: the count's top comes close under the
+  // call, so no rule runs across the panel there.
   QRadialGradient glow(QPointF(843, 160), 175);
   glow.setColorAt(0, QColor(0x3a, 0x5f, 0xb0, 70));
   glow.setColorAt(1, QColor(0x3a, 0x5f, 0xb0, 0));
   QPainterPath display;
   display.addRoundedRect(kDisplayPanel, 16, 16);
   p.fillPath(display, glow);
+  QPainterPath band;
+  band.addRoundedRect(QRectF(688, 302, 305, 21), 10.5, 10.5);
+  p.fillPath(band, QColor(0, 0, 0, 60));
   p.setPen(QPen(White(30), 1));
-  p.drawLine(QPointF(684, 334), QPointF(1002, 334));
-  p.drawLine(QPointF(856, 346), QPointF(856, 452));
+  p.drawLine(QPointF(856, 352), QPointF(856, 452));
 
   // A discreet wordmark in the free space between the two bottom buttons.
   QFont font(QStringLiteral("DejaVu Sans"));
