@@ -4,11 +4,12 @@
 #   make-clips.sh <CallTable.h> <output folder>
 #
 # Each clip says the call, pauses as a caller would, and says the number
-# ("Kellys Eye ... Number one"), spoken by festival's HTS voice
-# cmu_us_slt_arctic_hts, trimmed of leading and trailing silence, brought to a common integrated loudness (EBU R128)
-# so that no number booms or mumbles in the hall, and encoded by lame as
-# mono 44.1 kHz constant-bitrate MP3. Everything runs offline, and the same
-# table gives the same bytes.
+# ("Kellys Eye ... Number one"), in festival's HTS voice
+# cmu_us_slt_arctic_hts. It is trimmed of leading and trailing silence,
+# brought to a common integrated loudness (EBU R128) so that no number
+# booms or mumbles in the hall, and encoded by lame as mono 44.1 kHz
+# constant-bitrate MP3. Everything runs offline, and the same table gives
+# the same bytes.
 set -eu
 
 if [ $# -ne 2 ]; then
@@ -31,7 +32,8 @@ for tool in festival sox lame ffmpeg; do
 done
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/calloquin-voice.XXXXXX")
-trap 'rm -rf "$work"' EXIT INT TERM
+trap 'rm -rf "$work"' EXIT
+trap 'exit 1' INT TERM
 
 # The table is one C++ string constant written as adjacent literals; the
 # calls hold letters, digits and blanks only, so gluing the literals
