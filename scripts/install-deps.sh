@@ -7,7 +7,7 @@ packages=(
   # build
   g++ make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-mixer-dev libgtest-dev
   # the voice clips and the backdrop, made at build time
-  festival festvox-us-slt-hts lame sox libsox-fmt-mp3 ffmpeg
+  festival festvox-us-slt-hts lame sox ffmpeg
   # a font for offscreen rendering, and the tests through a real X server
   fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
 )
