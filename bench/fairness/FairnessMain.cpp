@@ -129,7 +129,7 @@ function.
    are compared with the exact expectation for random permutations (for
    length k < 89 it is 2[(k^2 + 3k + 1)n - (k^3 + 3k^2 - k - 4)]/(k + 3)!,
    n = 90, Levene and Wolfowitz), the longest lengths pooled so that each
-   class expects at least 5. Run counts of one draw are correlated, so the
+   class expects at least 20. Run counts of one draw are correlated, so the
    statistic is the quadratic form of the deviations in the inverse of their
    exact covariance (computed from the probabilities of up-down patterns),
    one degree of freedom per class.
@@ -137,9 +137,19 @@ function.
    draw, the number of high numbers between successive low ones (44 gaps per
    draw). Gaps of a random permutation are exchangeable, with
    P(gap = a) = C(89 - a, 44) / C(90, 45); the longest gaps are pooled so that
-   each class expects at least 5, and as with runs the statistic is the
+   each class expects at least 20, and as with runs the statistic is the
    quadratic form in the exact covariance (one class left out, since the
    classes always sum to 44 per draw).
+
+## Checking the tests themselves
+
+`calloquin_fairness --calibrate R --draws N` runs the five tests on R batches
+of N uniform shuffles from a seeded generator instead of the game's draw: each
+statistic should average its degrees of freedom and each test should reject
+about 1% of batches. The unit tests check the averages, the exact run and gap
+moments against every permutation of 8 values, and that generators with known
+faults (a modulo bias, a number following its neighbour, low and high numbers
+in clumps) are caught.
 
 ## Every order can come up
 
@@ -147,11 +157,13 @@ The draw takes its numbers straight from the operating system's
 cryptographically secure generator (getrandom), through `tk::Random::InRange`,
 which rejects the raw words that would make some results likelier than others.
 There is no generator of our own seeded once, whose state size would cap how
-many of the 90! (about 1.49 x 10^138, or 2^458) orders could ever come up: the
-kernel generator is reseeded from the system's entropy and each game reads a
-fresh stream from it. With each candidate uniform and independent, the
-rejection sampling makes every one of the 90! orders equally likely, none of
-them unreachable.
+many of the 90! orders (about 1.49 x 10^138, or 2^458.4) could ever come up:
+a seed of 64 bits, for instance, could reach at most 2^64 of them. The kernel's
+generator keeps no fixed state that the game depends on; it rekeys itself after
+each request and is reseeded from fresh entropy as the system runs, so every
+game reads a new stream and no order is excluded by construction. With each
+candidate uniform and independent, the rejection sampling makes all 90! orders
+equally likely.
 )";
   return md.str();
 }

@@ -8,7 +8,11 @@
 namespace fairness {
 namespace {
 
-constexpr double kMinExpected = 5.0;
+// The longest runs and gaps are pooled until each class expects at least
+// this many. Stricter than the usual 5: the runs and gaps statistics weight
+// classes by the inverse covariance, so a rare class's skew counts for more
+// than in Pearson's sum.
+constexpr double kMinExpected = 20.0;
 
 // ---- Up-down patterns of a random permutation -------------------------
 //
