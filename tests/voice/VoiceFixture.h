@@ -1,84 +1,108 @@
 #pragma once
-// A real Window1 whose executable seems to lie in a temporary bundle, so
-// each test lays out (and breaks) its own Resources folder. Also: a record
-// of every clip opened and played, a recording failure reporter, and a
-// dialog answered Yes.
+// A real Window1 whose executable seems to lie in a temporary bundle of the
+// test's own, with the clips opened and played recorded, failures recorded
+// instead of shown, and every dialog answered Yes.
 //
-// The 90 clip members keep their state for the life of the process and
-// can't be reset, so every test of this fixture needs a process of its own.
-// CTest gives it one (each test is registered alone and run with its own
-// --gtest_filter); run directly, the program runs the first such test and
-// skips the rest.
+// The 90 clip members keep their state for the whole process and can't be
+// reset, so each test of this fixture needs a process of its own. CTest
+// gives it one (every test is registered alone, run with its own
+// --gtest_filter); run directly, the program runs the first and skips the rest.
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include <filesystem>
-#include <memory>
-#include <string>
-#include <vector>
 
+#include "caller/VoiceClips.h"
+#include "engine/Module1.h"
 #include "toolkit/Dispatch.h"
 #include "toolkit/FolderItem.h"
 #include "toolkit/MsgBox.h"
-#include "toolkit/Sound.h"
 #include "window/Window1.h"
 
 namespace voicetest {
-
 namespace fs = std::filesystem;
 
-// Fixture clips made at build time: 1.5 s tones at 440 Hz and 1000 Hz.
-fs::path Tone440();
-fs::path Tone1000();
+// 1.5 s tones made at build time.
+inline fs::path Tone(int hz) { return fs::path(CALLOQUIN_VOICE_FIXTURES) / ("tone" + std::to_string(hz) + ".mp3"); }
+inline std::string ClipName(tk::Integer k) { return "vocal" + std::to_string(k) + ".mp3"; }
 
-// What went to the sound opener and to Play, by file name, in order.
-struct SoundLog {
-  std::vector<std::string> opened;
-  std::vector<std::string> played;
-  std::vector<std::string> openedPaths;
+// Member k's function, for calling it directly.
+inline std::shared_ptr<tk::Sound> Vocal(tk::Integer k) {
+#define CALLOQUIN_VOCAL_ENTRY(k) &caller::vocal##k,
+  static std::shared_ptr<tk::Sound> (*const table[])() = {CALLOQUIN_FOR_EACH_NUMBER(CALLOQUIN_VOCAL_ENTRY)};
+#undef CALLOQUIN_VOCAL_ENTRY
+  return table[k - 1]();
+}
+
+// Records Play, then passes it on to the mixer's clip when there is one.
+struct RecordingSound : tk::Sound {
+  RecordingSound(std::string name, std::vector<std::string>& played, std::shared_ptr<tk::Sound> real)
+      : name(std::move(name)), played(played), real(std::move(real)) {}
+  void Play() override {
+    played.push_back(name);
+    if (real) real->Play();
+  }
+  std::string name;
+  std::vector<std::string>& played;
+  std::shared_ptr<tk::Sound> real;
 };
-
-// The clip function of a number, for calling a member directly.
-std::shared_ptr<tk::Sound> Vocal(tk::Integer number);
-std::string ClipName(tk::Integer number);  // "vocal7.mp3"
 
 class VoiceTest : public ::testing::Test {
  protected:
-  void SetUp() override;
-  void TearDown() override;
+  void SetUp() override {
+    static bool processUsed = false;
+    if (std::exchange(processUsed, true)) GTEST_SKIP() << "needs fresh clip members: run it alone (ctest does)";
+    std::string dir = (fs::temp_directory_path() / "calloquin-voice-XXXXXX").string();
+    ASSERT_NE(mkdtemp(dir.data()), nullptr);
+    root_ = dir;
+    fs::create_directories(root_ / "bin");
+    fs::create_directories(Resources());
+    executable_ = std::make_shared<tk::FolderItem>((root_ / "bin" / "calloquin").string());
+    tk::SetExecutableFileSource([this] { return ++lookups_, executable_; });
+    tk::SetSoundOpener([this](const tk::String& path) -> std::shared_ptr<tk::Sound> {
+      opened_.push_back(fs::path(path).filename().string());
+      auto real = realFiles_ ? tk::OpenMixerSound(path) : nullptr;  // the mixer judges the file
+      if (realFiles_ && !real) return nullptr;
+      return std::make_shared<RecordingSound>(opened_.back(), played_, real);
+    });
+    tk::SetFailureReporter([this](const tk::FailureReport& r) { reports_.push_back(r.className); });
+    tk::SetMsgBoxAnswerer([this](const tk::String&, tk::Integer, const tk::String&) { return ++questions_, tk::kAnswerYes; });
+    window_.Constructor();
+  }
+  void TearDown() override {
+    tk::SetExecutableFileSource({}), tk::SetSoundOpener({}), tk::SetFailureReporter({}), tk::SetMsgBoxAnswerer({});
+    std::error_code ignored;
+    fs::remove_all(root_, ignored);
+  }
 
-  // Opens sounds through the mixer (which judges the files) instead of
-  // accepting any name. Call before the first press.
-  void UseRealFiles() { realFiles_ = true; }
-
-  fs::path Bundle() const { return root_; }
   fs::path Resources() const { return root_ / "Resources"; }
-  fs::path ClipPath(tk::Integer number) const { return Resources() / ClipName(number); }
-  void PutClip(tk::Integer number, const fs::path& fixture);
-  void PutAllClips();  // the 440 Hz tone for every number
-
-  // The numbers of the current game in calling order.
-  std::vector<tk::Integer> Draw() const;
-  std::vector<std::string> ClipNames(const std::vector<tk::Integer>& numbers, std::size_t from = 0,
-                                     std::size_t to = 90) const;
-  tk::Integer Gone() const;
-  void PressNext(int times = 1);
+  fs::path ClipPath(tk::Integer k) const { return Resources() / ClipName(k); }
+  void PutClip(tk::Integer k, int hz = 440) {
+    fs::create_directories(Resources());
+    fs::remove(ClipPath(k));  // a locked file can't be written over, but it can go
+    fs::copy_file(Tone(hz), ClipPath(k));
+  }
+  std::vector<tk::Integer> Draw() const {
+    std::vector<tk::Integer> d;
+    for (tk::Integer i = 0; i < 90; ++i) d.push_back(Module1::bingonumbers(i));
+    return d;
+  }
+  static std::vector<std::string> Names(const std::vector<tk::Integer>& numbers) {
+    std::vector<std::string> names;
+    for (tk::Integer k : numbers) names.push_back(ClipName(k));
+    return names;
+  }
+  void PressNext(int times = 1) {
+    while (times-- > 0) window_.PushButton2()->Push();
+  }
   void PressCaller() { window_.PushButton1()->Push(); }
-  void PressReset() { window_.PushButton3()->Push(); }
 
-  Window1 window_;
-  SoundLog log_;
-  std::vector<std::string> reports_;  // class names of reported failures
-  int questions_ = 0;                 // dialogs shown, each answered Yes
-  int executableLookups_ = 0;         // calls of Application.ExecutableFile
-  std::shared_ptr<tk::FolderItem> executable_;  // what that call returns
-
- private:
   fs::path root_;
+  Window1 window_;
   bool realFiles_ = false;
-  tk::SoundOpener oldOpener_;
-  tk::ExecutableFileSource oldSource_;
-  tk::FailureReporter oldReporter_;
-  tk::MsgBoxAnswerer oldAnswerer_;
+  std::shared_ptr<tk::FolderItem> executable_;
+  std::vector<std::string> opened_, played_, reports_;
+  int questions_ = 0, lookups_ = 0;  // lookups: calls of Application.ExecutableFile
 };
 
 }  // namespace voicetest
