@@ -1,10 +1,12 @@
 #include "window/LayoutData.h"
 
+#include <array>
+
 namespace layout {
 namespace {
 
 constexpr tk::Color kNearWhite = 0xFFFEFE;  // not 0xFFFFFF: the flash tells them apart
-constexpr tk::Color kLayoutGrey = 0x8B8B8B;
+constexpr tk::Color kLayoutGrey = 0x8B8B8B;  // never seen: the first game's reset repaints the cells
 
 constexpr std::array<tk::Integer, 10> kColumnLeft = {35, 99, 162, 227, 288, 349, 413, 478, 541, 602};
 constexpr std::array<tk::Integer, 9> kRowTop = {31, 79, 127, 175, 222, 270, 319, 368, 417};
@@ -13,7 +15,7 @@ struct Offset {
   tk::Integer index, top;
 };
 // Cells that stand one pixel off their row.
-constexpr std::array<Offset, 19> kOddCells = {{
+constexpr std::array<Offset, 18> kOddCells = {{
     {0, 32},
     {20, 126}, {21, 126}, {27, 126}, {28, 126}, {29, 126},
     {31, 174}, {33, 174},
@@ -25,6 +27,17 @@ constexpr std::array<Offset, 19> kOddCells = {{
 }};
 
 }  // namespace
+
+const WindowLayout& Window() {
+  static const WindowLayout window = {
+      1036, 572, 64, 64, 32000, 32000, 0, "Calloquin",
+      /*closeButton*/ false, /*resizeable*/ false, /*maximizeButton*/ false, /*minimizeButton*/ true,
+      /*fullScreenButton*/ false, /*composite*/ false, /*macProcId*/ 0, /*placement*/ 0,
+      /*visible*/ true, /*liveResize*/ true, /*fullScreen*/ false, /*hasBackColor*/ false,
+      /*backColor*/ 0xFFFFFF, /*menuBarVisible*/ true,
+  };
+  return window;
+}
 
 tk::Integer CellLeft(tk::Integer index) { return kColumnLeft[static_cast<std::size_t>(index % 10)]; }
 
@@ -41,7 +54,7 @@ LabelLayout Cell(tk::Integer index) {
 
 const std::vector<LabelLayout>& Labels() {
   static const std::vector<LabelLayout> labels = {
-      {"MainNumber", tk::kNoIndex, 671, -10, 345, 324, 230, true, kNearWhite, "88", 0},
+      {"MainNumber", tk::kNoIndex, 671, -10, 345, 324, 230, true, kNearWhite, "88", 0},  // its top edge lies outside
       {"LastNumber", tk::kNoIndex, 748, 350, 96, 81, 55, true, 0xFF7F00, "88", 1},
       {"NumbersGone", tk::kNoIndex, 868, 318, 122, 131, 80, true, 0x22FF0C, "88", 2},
       {"Label1", tk::kNoIndex, 678, 439, 153, 20, 0, false, kNearWhite, "Previous 3 Numbers", 3},
@@ -56,32 +69,15 @@ const std::vector<LabelLayout>& Labels() {
 const std::vector<ButtonLayout>& Buttons() {
   static const std::vector<ButtonLayout> buttons = {
       {"PushButton3", "MainNumber", 714, 23, 258, 36, "RESET - New Game", false, 0, 0},
-      {"PushButton1", "", 25, 483, 205, 67, "BINGO CALLER - OFF", false, 7, 6},
-      {"PushButton2", "", 663, 483, 353, 69, "NEXT NUMBER (Enter/Return)", true, 0, 7},
+      {"PushButton1", "", 25, 483, 205, 67, "BINGO CALLER - OFF", false, 7, 6},  // style 7 sets the switch apart
+      {"PushButton2", "", 663, 483, 353, 69, "NEXT NUMBER (Enter/Return)", true, 0, 7},  // Return and Enter press it
   };
   return buttons;
 }
 
-const std::vector<Entry>& CreationOrder() {
-  static const std::vector<Entry> order = [] {
-    std::vector<Entry> o = {
-        {Kind::Label, 0},   // MainNumber
-        {Kind::Button, 0},  // PushButton3, inside MainNumber
-        {Kind::Label, 1},   // LastNumber
-        {Kind::Label, 2},   // NumbersGone
-        {Kind::Label, 3},   // Label1
-        {Kind::Label, 4},   // Label2
-        {Kind::Label, 5},   // Label3
-        {Kind::Button, 1},  // PushButton1
-        {Kind::Button, 2},  // PushButton2
-    };
-    for (tk::Integer i = 0; i < 90; ++i) o.push_back({Kind::Cell, i});
-    o.push_back({Kind::Label, 6});  // LastNumber1
-    o.push_back({Kind::Label, 7});  // LastNumber2
-    o.push_back({Kind::Timer, 0});
-    return o;
-  }();
-  return order;
+const TimerLayout& Timer() {
+  static const TimerLayout timer = {400, 2};
+  return timer;
 }
 
 }  // namespace layout

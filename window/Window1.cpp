@@ -2,39 +2,30 @@
 
 #include "shell/MainMenuBar.h"
 #include "toolkit/Picture.h"
+#include "toolkit/PropertyStream.h"
 #include "window/LayoutData.h"
+#include "window/Window1_n1.h"
+#include "window/Window1_wrapper_Timer1.h"
 
 namespace {
 
-void ApplyLabel(tk::Label& label, const layout::LabelLayout& l) {
-  label.SetBold(l.bold);
-  label.SetTextSize(l.textSize);
-  label.SetTextFont("System");
-  label.SetTransparent(true);
-  label.SetSelectable(false);
-  label.SetMultiline(false);
-  label.SetTextColor(l.textColor);
-  label.SetTextAlign(1);
-  label.SetText(l.text);
-  label.SetTabIndex(l.tabIndex);
-  label.SetHeight(l.height);
-  label.SetWidth(l.width);
-  label.SetTop(l.top);
-  label.SetLeft(l.left);
-  label.SetIndex(l.index);
+// Makes a control, registers it under its name, then gives it its stream.
+// Everything after the registration goes through the window by name, never
+// through the object New handed back.
+template <class Made, class Cast>
+void MakeControl(Window1& window, const char* name) {
+  Made& made = window.New<Made>();
+  made.Constructor();
+  window.AddControl(name, made);
+  tk::SetProperties(*tk::Ref<Cast>(tk::CheckCast<Cast>(window.ControlByName(name))), layout::ControlStream(name));
 }
 
-void ApplyButton(tk::PushButton& button, const layout::ButtonLayout& b) {
-  button.SetInitialParent(b.initialParent);
-  button.SetTextFont("System");
-  button.SetButtonStyle(b.buttonStyle);
-  button.SetDefault(b.isDefault);
-  button.SetCaption(b.caption);
-  button.SetTabIndex(b.tabIndex);
-  button.SetHeight(b.height);
-  button.SetWidth(b.width);
-  button.SetTop(b.top);
-  button.SetLeft(b.left);
+// Binds a handler of the window to the Action of the control of that name.
+// The call through the member pointer stays virtual.
+template <class Sender>
+void BindAction(Window1& window, const char* name, void (Window1::*handler)(Sender&)) {
+  tk::Ref<Sender> sender = tk::CheckCast<Sender>(window.ControlByName(name));
+  sender->AddActionHandler([&window, handler](Sender& s) { (window.*handler)(s); });
 }
 
 }  // namespace
@@ -44,58 +35,40 @@ Window1::~Window1() = default;
 void Window1::Layout() {
   SetBackdrop(tk::Picture::OpenFromApp("BingoOuter1"));
   SetMenuBar(&ImplicitMainMenuBar());  // the same bar as the application's
-  SetWidth(layout::kWindowWidth);
-  SetHeight(layout::kWindowHeight);
-  SetTitle(layout::kWindowTitle);
-  SetCloseButton(false);
-  SetResizeable(false);
-  SetMaximizeButton(false);
-  SetMinimizeButton(true);
-  SetFullScreenButton(false);
-  SetHasBackColor(false);
-  SetBackColor(0xFFFFFF);
-  SetVisible(true);
+  // Size, title and buttons come after picture and menu bar.
+  tk::SetProperties(*this, layout::WindowStream());
 }
 
-// Every control is registered by name first, then fetched back by name and
-// given its properties; handlers are bound right after their control.
+// The 102 controls in their fixed order, which is also their stacking order:
+// each lies over those made before it. PushButton3 follows its parent
+// MainNumber at once; LastNumber1 and LastNumber2 come after the whole board.
 void Window1::CreateControls() {
-  for (const layout::Entry& e : layout::CreationOrder()) {
-    switch (e.kind) {
-      case layout::Kind::Label: {
-        const auto& l = layout::Labels()[static_cast<std::size_t>(e.which)];
-        AddControl(l.name, New<tk::Label>());
-        ApplyLabel(*tk::CheckCast<tk::Label>(ControlByName(l.name)), l);
-        break;
-      }
-      case layout::Kind::Cell: {
-        auto& cell = New<tk::Label>();
-        cell.SetIndex(e.which);
-        AddControl("n1", cell);
-        ApplyLabel(*tk::CheckCast<tk::Label>(ControlByNameIndex("n1", e.which)), layout::Cell(e.which));
-        break;
-      }
-      case layout::Kind::Button: {
-        const auto& b = layout::Buttons()[static_cast<std::size_t>(e.which)];
-        AddControl(b.name, New<tk::PushButton>());
-        auto& button = *tk::CheckCast<tk::PushButton>(ControlByName(b.name));
-        ApplyButton(button, b);
-        const std::string name = b.name;
-        if (name == "PushButton1") button.AddActionHandler([this](tk::PushButton& s) { PushButton1_Action(s); });
-        if (name == "PushButton2") button.AddActionHandler([this](tk::PushButton& s) { PushButton2_Action(s); });
-        if (name == "PushButton3") button.AddActionHandler([this](tk::PushButton& s) { PushButton3_Action(s); });
-        break;
-      }
-      case layout::Kind::Timer: {
-        AddControl("Timer1", New<tk::Timer>());
-        auto& timer = *tk::CheckCast<tk::Timer>(ControlByName("Timer1"));
-        timer.SetPeriod(layout::kTimerPeriod);
-        timer.SetMode(layout::kTimerMode);
-        timer.AddActionHandler([this](tk::Timer& s) { Timer1_Action(s); });
-        break;
-      }
-    }
+  MakeControl<tk::Label, tk::Label>(*this, "MainNumber");
+  MakeControl<tk::PushButton, tk::PushButton>(*this, "PushButton3");
+  BindAction(*this, "PushButton3", &Window1::PushButton3_Action);
+  MakeControl<tk::Label, tk::Label>(*this, "LastNumber");
+  MakeControl<tk::Label, tk::Label>(*this, "NumbersGone");
+  MakeControl<tk::Label, tk::Label>(*this, "Label1");
+  MakeControl<tk::Label, tk::Label>(*this, "Label2");
+  MakeControl<tk::Label, tk::Label>(*this, "Label3");
+  MakeControl<tk::PushButton, tk::PushButton>(*this, "PushButton1");
+  BindAction(*this, "PushButton1", &Window1::PushButton1_Action);
+  MakeControl<tk::PushButton, tk::PushButton>(*this, "PushButton2");
+  BindAction(*this, "PushButton2", &Window1::PushButton2_Action);
+
+  // The board: a cell's index goes to its constructor, to the fetch and in
+  // its stream, and all three agree.
+  for (tk::Integer i = 0; i < 90; ++i) {
+    Window1_n1& cell = New<Window1_n1>();
+    cell.Constructor(i);
+    AddControl("n1", cell);
+    tk::SetProperties(*tk::Ref<tk::Label>(tk::CheckCast<tk::Label>(ControlByNameIndex("n1", i))), layout::CellStream(i));
   }
+
+  MakeControl<tk::Label, tk::Label>(*this, "LastNumber1");
+  MakeControl<tk::Label, tk::Label>(*this, "LastNumber2");
+  MakeControl<Window1_wrapper_Timer1, tk::Timer>(*this, "Timer1");
+  BindAction(*this, "Timer1", &Window1::Timer1_Action);
 }
 
 // One tick of the flash. Its phase is the colour itself: only exact white
