@@ -13,12 +13,12 @@ void PrintTo(const Snapshot& s, std::ostream* os) {
 }
 
 std::uint64_t ScriptedEntropy::Next64() {
-  if (words_.empty()) {
+  if (words_->empty()) {
     ADD_FAILURE() << "the draw asked for more random numbers than the script holds";
     throw tk::RuntimeException("script exhausted");
   }
-  const std::uint64_t w = words_.front();
-  words_.pop_front();
+  const std::uint64_t w = words_->front();
+  words_->pop_front();
   return w;
 }
 

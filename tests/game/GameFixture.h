@@ -40,14 +40,18 @@ struct Question {
 };
 
 // An entropy source that yields the given words, then fails the test.
+// The words are shared, so a test can see what is left after the Random
+// that owned the source is gone.
 class ScriptedEntropy : public tk::EntropySource {
  public:
-  explicit ScriptedEntropy(std::deque<std::uint64_t> words) : words_(std::move(words)) {}
+  using Script = std::shared_ptr<std::deque<std::uint64_t>>;
+  explicit ScriptedEntropy(Script words) : words_(std::move(words)) {}
+  explicit ScriptedEntropy(std::deque<std::uint64_t> words)
+      : words_(std::make_shared<std::deque<std::uint64_t>>(std::move(words))) {}
   std::uint64_t Next64() override;
-  std::size_t Left() const { return words_.size(); }
 
  private:
-  std::deque<std::uint64_t> words_;
+  Script words_;
 };
 
 // A draw that turns out exactly as listed: number k becomes the word k - 1,
