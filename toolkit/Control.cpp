@@ -1,10 +1,30 @@
 #include "toolkit/Control.h"
 
+#include <QAccessible>
 #include <QWidget>
+
+#include <utility>
 
 #include "toolkit/Window.h"
 
 namespace tk {
+
+namespace {
+AccessibleObserver& Observer() {
+  static AccessibleObserver observer;
+  return observer;
+}
+
+void Tell(const RectControl& control, QAccessible::Event type, AccessibleChange change) {
+  QAccessibleEvent event(control.Widget(), type);
+  QAccessible::updateAccessibility(&event);
+  if (Observer()) Observer()(control, change);
+}
+}  // namespace
+
+AccessibleObserver SetAccessibleObserver(AccessibleObserver observer) {
+  return std::exchange(Observer(), std::move(observer));
+}
 
 RectControl::RectControl(QWidget* widget) : widget_(widget) {}
 
@@ -67,6 +87,18 @@ void RectControl::SetTabStop(bool v) {
   tabStop_ = v;
   // Only widgets that take focus at all (buttons) are affected.
   if (widget_->focusPolicy() != Qt::NoFocus) widget_->setFocusPolicy(v ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+void RectControl::SetAccessibleName(const String& v) {
+  accessibleName_ = v;
+  widget_->setAccessibleName(QString::fromStdString(v));
+  Tell(*this, QAccessible::NameChanged, AccessibleChange::Name);
+}
+
+void RectControl::SetAccessibleDescription(const String& v) {
+  accessibleDescription_ = v;
+  widget_->setAccessibleDescription(QString::fromStdString(v));
+  Tell(*this, QAccessible::DescriptionChanged, AccessibleChange::Description);
 }
 
 }  // namespace tk

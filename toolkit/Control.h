@@ -2,6 +2,7 @@
 // The base classes of everything a window holds. Controls keep every value
 // they were given (so a property always reads back what was set) and pass it
 // on to their Qt widget where Qt has a counterpart.
+#include <functional>
 #include <memory>
 
 #include "toolkit/Types.h"
@@ -78,6 +79,14 @@ class RectControl : public Control {
   bool TabStop() const { return tabStop_; }
   void SetTabStop(bool v);
 
+  // What assistive technology is told of the control. Every setting is sent
+  // on as an accessibility event, even an unchanged one, so that a number
+  // called again is announced again.
+  const String& AccessibleName() const { return accessibleName_; }
+  void SetAccessibleName(const String& v);
+  const String& AccessibleDescription() const { return accessibleDescription_; }
+  void SetAccessibleDescription(const String& v);
+
   // Another control of the same window, by name, that this one lies in.
   const String& InitialParent() const { return initialParent_; }
   void SetInitialParent(const String& name);
@@ -115,6 +124,7 @@ class RectControl : public Control {
   bool lockTop_ = true, lockLeft_ = true, lockBottom_ = false, lockRight_ = false;
   Integer tabIndex_ = 0, tabPanelIndex_ = 0;
   String helpTag_, initialParent_;
+  String accessibleName_, accessibleDescription_;
 };
 
 // Font properties shared by labels and buttons. Sizes are pixels, as the
@@ -136,5 +146,12 @@ class TextStyle {
 };
 
 inline constexpr int kOrdinaryTextPixels = 13;
+
+// Hears every accessibility event a control sends, besides Qt, which passes
+// them on only while a screen reader listens. For tests. Returns the
+// previous observer.
+enum class AccessibleChange { Name, Description };
+using AccessibleObserver = std::function<void(const RectControl&, AccessibleChange)>;
+AccessibleObserver SetAccessibleObserver(AccessibleObserver observer);
 
 }  // namespace tk

@@ -24,6 +24,7 @@ QLabel* Label::label() const { return static_cast<QLabel*>(Widget()); }
 void Label::SetText(const String& text) {
   text_ = text;
   label()->setText(QString::fromStdString(text));
+  if (changed_) changed_(*this);
 }
 
 void Label::SetTextColor(Color color) {
@@ -32,6 +33,7 @@ void Label::SetTextColor(Color color) {
   const QColor c(static_cast<QRgb>(0xFF000000u | (color & 0xFFFFFFu)));
   for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) palette.setColor(group, QPalette::WindowText, c);
   label()->setPalette(palette);
+  if (changed_) changed_(*this);
 }
 
 void Label::ApplyFont() { label()->setFont(MakeFont(font_, size_, bold_, italic_, underline_)); }

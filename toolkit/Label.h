@@ -1,4 +1,6 @@
 #pragma once
+#include <functional>
+
 #include "toolkit/Control.h"
 
 class QLabel;
@@ -38,6 +40,11 @@ class Label : public RectControl, public TextStyle {
   String DataSource() const { return dataSource_; }
   void SetDataSource(const String& v) { dataSource_ = v; }
 
+  // Runs after every setting of the text or the colour, so that what
+  // assistive technology is told keeps step with what the label shows.
+  using ChangeHandler = std::function<void(Label&)>;
+  void SetChangeHandler(ChangeHandler handler) { changed_ = std::move(handler); }
+
  private:
   QLabel* label() const;
   void ApplyFont();
@@ -47,6 +54,7 @@ class Label : public RectControl, public TextStyle {
   Integer align_ = 0;
   bool transparent_ = true, selectable_ = false, multiline_ = false;
   String dataField_, dataSource_;
+  ChangeHandler changed_;
 };
 
 }  // namespace tk

@@ -24,6 +24,7 @@ QPushButton* PushButton::button() const { return static_cast<QPushButton*>(Widge
 void PushButton::SetCaption(const String& caption) {
   caption_ = caption;
   button()->setText(QString::fromStdString(caption));
+  SetAccessibleName(caption);  // a switch's caption tells its state too
 }
 
 void PushButton::SetDefault(bool v) {

@@ -3,6 +3,7 @@
 #include "shell/MainMenuBar.h"
 #include "toolkit/Picture.h"
 #include "toolkit/PropertyStream.h"
+#include "window/Accessibility.h"
 #include "window/LayoutData.h"
 #include "window/Window1_n1.h"
 #include "window/Window1_wrapper_Timer1.h"
@@ -69,6 +70,7 @@ void Window1::CreateControls() {
   MakeControl<tk::Label, tk::Label>(*this, "LastNumber2");
   MakeControl<Window1_wrapper_Timer1, tk::Timer>(*this, "Timer1");
   BindAction(*this, "Timer1", &Window1::Timer1_Action);
+  DescribeControls(*this);
 }
 
 // One tick of the flash. Its phase is the colour itself: only exact white
