@@ -13,7 +13,9 @@ namespace {
 // Room for all 90 clips sounding at once and a few repeats on top; SDL's
 // default of 8 would drop clips after quick presses.
 constexpr int kChannelCount = 96;
-constexpr int kDeviceBufferFrames = 2048;
+// A clip starts with the next buffer the mixer fills, so the buffer's length
+// is how late a clip can start after its press: 512 frames are 11.6 ms.
+constexpr int kDeviceBufferFrames = 512;
 
 class MixerSound final : public Sound {
  public:
