@@ -34,9 +34,10 @@ std::shared_ptr<Sound> OpenSound(const String& path);
 // lack of sound hardware.
 std::shared_ptr<Sound> OpenMixerSound(const String& path);
 
-// The mixer's output format: 16-bit signed native-endian stereo at this rate,
-// converted by SDL to whatever the device takes.
+// The mixer's output format: 16-bit signed native-endian mono at this rate,
+// converted by SDL to whatever the device takes. The clips are mono speech:
+// decoded into stereo they took twice the memory for the same sound.
 inline constexpr Integer kMixerRate = 44100;
-inline constexpr Integer kMixerChannels = 2;
+inline constexpr Integer kMixerChannels = 1;
 
 }  // namespace tk

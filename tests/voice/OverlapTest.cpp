@@ -43,7 +43,8 @@ class OverlapTest : public VoiceTest {
     fs::remove(pipe_);
     VoiceTest::TearDown();
   }
-  void ReadUntil(std::size_t frames) {  // keeps the left channel
+  void ReadUntil(std::size_t frames) {  // keeps the first channel
+    constexpr std::size_t kFrameBytes = 2 * static_cast<std::size_t>(tk::kMixerChannels);
     while (left_.size() < frames) {
       pollfd p{fd_, POLLIN, 0};
       ASSERT_EQ(poll(&p, 1, 20000), 1) << "no output from the mixer";
@@ -51,7 +52,7 @@ class OverlapTest : public VoiceTest {
       const ssize_t n = read(fd_, bytes, sizeof bytes);
       ASSERT_GT(n, 0);
       pending_.append(bytes, static_cast<std::size_t>(n));
-      for (; pending_.size() >= 4; pending_.erase(0, 4)) {
+      for (; pending_.size() >= kFrameBytes; pending_.erase(0, kFrameBytes)) {
         std::int16_t s;
         std::memcpy(&s, pending_.data(), 2);
         left_.push_back(s);
