@@ -2,6 +2,7 @@
 
 #include <SDL.h>
 #include <SDL_mixer.h>
+#include <dlfcn.h>
 
 #include <cstdio>
 #include <fstream>
@@ -17,16 +18,65 @@ constexpr int kChannelCount = 96;
 // is how late a clip can start after its press: 512 frames are 11.6 ms.
 constexpr int kDeviceBufferFrames = 512;
 
+// SDL_mixer and SDL are loaded at the first clip, not linked: they bring
+// some forty libraries (every codec and sound server SDL knows), and loading
+// them at exec made every start-up pay for a voice that may never be used.
+#if defined(__APPLE__)
+constexpr const char* kMixerLibrary = "libSDL2_mixer-2.0.0.dylib";
+#else
+constexpr const char* kMixerLibrary = "libSDL2_mixer-2.0.so.0";
+#endif
+
+struct MixerApi {
+  decltype(&SDL_InitSubSystem) InitSubSystem = nullptr;
+  decltype(&SDL_QuitSubSystem) QuitSubSystem = nullptr;
+  decltype(&SDL_GetError) GetError = nullptr;
+  decltype(&SDL_SetHintWithPriority) SetHintWithPriority = nullptr;
+  decltype(&SDL_RWFromFile) RWFromFile = nullptr;
+  decltype(&Mix_Init) Init = nullptr;
+  decltype(&Mix_OpenAudioDevice) OpenAudioDevice = nullptr;
+  decltype(&Mix_AllocateChannels) AllocateChannels = nullptr;
+  decltype(&Mix_LoadWAV_RW) LoadWAV_RW = nullptr;
+  decltype(&Mix_FreeChunk) FreeChunk = nullptr;
+  decltype(&Mix_PlayChannelTimed) PlayChannelTimed = nullptr;
+};
+
+template <class F>
+bool Resolve(void* library, const char* name, F& function) {
+  function = reinterpret_cast<F>(dlsym(library, name));
+  return function != nullptr;
+}
+
+// Nil when the library or any of its functions is missing.
+const MixerApi* Api() {
+  static const MixerApi* const api = []() -> const MixerApi* {
+    void* library = dlopen(kMixerLibrary, RTLD_NOW | RTLD_LOCAL);  // never closed, like the clips
+    if (library == nullptr) return nullptr;
+    static MixerApi a;
+    const bool ok = Resolve(library, "SDL_InitSubSystem", a.InitSubSystem) &&
+                    Resolve(library, "SDL_QuitSubSystem", a.QuitSubSystem) &&
+                    Resolve(library, "SDL_GetError", a.GetError) &&
+                    Resolve(library, "SDL_SetHintWithPriority", a.SetHintWithPriority) &&
+                    Resolve(library, "SDL_RWFromFile", a.RWFromFile) && Resolve(library, "Mix_Init", a.Init) &&
+                    Resolve(library, "Mix_OpenAudioDevice", a.OpenAudioDevice) &&
+                    Resolve(library, "Mix_AllocateChannels", a.AllocateChannels) &&
+                    Resolve(library, "Mix_LoadWAV_RW", a.LoadWAV_RW) && Resolve(library, "Mix_FreeChunk", a.FreeChunk) &&
+                    Resolve(library, "Mix_PlayChannelTimed", a.PlayChannelTimed);
+    return ok ? &a : nullptr;
+  }();
+  return api;
+}
+
 class MixerSound final : public Sound {
  public:
   explicit MixerSound(Mix_Chunk* chunk) : chunk_(chunk) {}
-  ~MixerSound() override { Mix_FreeChunk(chunk_); }
+  ~MixerSound() override { Api()->FreeChunk(chunk_); }
   MixerSound(const MixerSound&) = delete;
   MixerSound& operator=(const MixerSound&) = delete;
 
   // Any free channel; with every channel busy the clip is skipped rather
   // than cutting off one that is sounding.
-  void Play() override { Mix_PlayChannel(-1, chunk_, 0); }
+  void Play() override { Api()->PlayChannelTimed(-1, chunk_, 0, -1); }
 
  private:
   Mix_Chunk* chunk_;
@@ -38,12 +88,12 @@ class SilentSound final : public Sound {
   void Play() override {}
 };
 
-bool OpenDevice() {
-  if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0) return false;
+bool OpenDevice(const MixerApi& mix) {
+  if (mix.InitSubSystem(SDL_INIT_AUDIO) != 0) return false;
   // No allowed changes: SDL converts to the device, so the mix format is fixed.
-  if (Mix_OpenAudioDevice(static_cast<int>(kMixerRate), AUDIO_S16SYS, static_cast<int>(kMixerChannels),
+  if (mix.OpenAudioDevice(static_cast<int>(kMixerRate), AUDIO_S16SYS, static_cast<int>(kMixerChannels),
                           kDeviceBufferFrames, nullptr, 0) != 0) {
-    SDL_QuitSubSystem(SDL_INIT_AUDIO);
+    mix.QuitSubSystem(SDL_INIT_AUDIO);
     return false;
   }
   return true;
@@ -52,16 +102,22 @@ bool OpenDevice() {
 // Opened at the first clip, never at start-up, and never closed.
 bool MixerReady() {
   static const bool ready = [] {
-    Mix_Init(MIX_INIT_MP3);
-    bool ok = OpenDevice();
+    const MixerApi* mix = Api();
+    if (mix == nullptr) {
+      std::fprintf(stderr, "Calloquin: no sound library (%s); the caller will be silent.\n", kMixerLibrary);
+      std::fflush(stderr);
+      return false;
+    }
+    mix->Init(MIX_INIT_MP3);
+    bool ok = OpenDevice(*mix);
     if (!ok) {
-      std::fprintf(stderr, "Calloquin: no sound device (%s); the caller will be silent.\n", SDL_GetError());
+      std::fprintf(stderr, "Calloquin: no sound device (%s); the caller will be silent.\n", mix->GetError());
       std::fflush(stderr);
       // Overrides SDL_AUDIODRIVER from the environment too.
-      SDL_SetHintWithPriority(SDL_HINT_AUDIODRIVER, "dummy", SDL_HINT_OVERRIDE);
-      ok = OpenDevice();
+      mix->SetHintWithPriority(SDL_HINT_AUDIODRIVER, "dummy", SDL_HINT_OVERRIDE);
+      ok = OpenDevice(*mix);
     }
-    if (ok) Mix_AllocateChannels(kChannelCount);
+    if (ok) mix->AllocateChannels(kChannelCount);
     return ok;
   }();
   return ready;
@@ -85,10 +141,11 @@ std::shared_ptr<Sound> OpenMixerSound(const String& path) {
     // only by whether there is something to read.
     return IsReadableNonEmpty(path) ? std::make_shared<SilentSound>() : nullptr;
   }
-  Mix_Chunk* chunk = Mix_LoadWAV(path.c_str());
+  const MixerApi& mix = *Api();
+  Mix_Chunk* chunk = mix.LoadWAV_RW(mix.RWFromFile(path.c_str(), "rb"), 1);
   if (chunk == nullptr) return nullptr;
   if (chunk->alen == 0) {  // decoded to nothing: not a clip
-    Mix_FreeChunk(chunk);
+    mix.FreeChunk(chunk);
     return nullptr;
   }
   return std::make_shared<MixerSound>(chunk);
