@@ -12,6 +12,9 @@ cmake --preset dev >/dev/null
 cmake --build --preset dev -j "$jobs"
 ctest --preset dev -j "$jobs"
 
+echo "== the .deb: built, installed with apt, played under Xvfb, removed"
+packaging/test-deb.sh build/dev/tests/x11/board_check
+
 echo "== sanitizer build, all tests but those through an X server"
 cmake --preset asan >/dev/null
 cmake --build --preset asan -j "$jobs"
