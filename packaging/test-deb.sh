@@ -28,7 +28,12 @@ cmake --build build/pkg -j "$(nproc)"
 (cd build/pkg && rm -f calloquin_*.deb && cpack -G DEB >/dev/null)
 deb=$(ls build/pkg/calloquin_*.deb)
 echo "built $deb"
-dpkg-deb -f "$deb" Depends
+depends=$(dpkg-deb -f "$deb" Depends)
+echo "Depends: $depends"
+# Qt is linked; the platform plugins and SDL2_mixer are loaded at run time.
+for p in libqt6widgets6 qt6-qpa-plugins libsdl2-mixer-2.0-0; do
+  [[ "$depends" == *"$p"* ]] || { echo "FAIL: the package does not depend on $p"; exit 1; }
+done
 
 work=$(mktemp -d)
 xvfb_pid= app_pid= installed=
