@@ -1,4 +1,4 @@
-// A whole game, press by press, and what the end question leads to.
+// A whole game press by press, the end question, and RESET.
 #include "engine/Module1.h"
 #include "caller/CallTable.h"
 #include "tests/game/GameFixture.h"
@@ -7,92 +7,89 @@
 namespace testgame {
 namespace {
 
-std::string Call(tk::Integer number) { return tk::Split(caller::kNicknameText, ",")(number - 1); }
+constexpr tk::Color kWhite = 0xFFFFFF, kBlack = 0x000000;
 
 // What every display must show after press H + 1 of a game drawn as order.
 void ExpectAfterPress(const Snapshot& s, const std::vector<tk::Integer>& order, std::size_t H) {
-  auto num = [&](std::size_t i) { return std::to_string(order[i]); };
-  EXPECT_EQ(s.main, num(H));
+  auto num = [&](std::size_t back) { return H >= back ? std::to_string(order[H - back]) : "0"; };
+  EXPECT_EQ(s.main, num(0));
   EXPECT_EQ(s.gone, std::to_string(H + 1));
-  EXPECT_EQ(s.last, H > 0 ? num(H - 1) : "0");
-  EXPECT_EQ(s.last1, H > 1 ? num(H - 2) : "0");
-  EXPECT_EQ(s.last2, H > 2 ? num(H - 3) : "0");
-  EXPECT_EQ(s.call, Call(order[H]));
+  EXPECT_EQ((std::vector{s.last, s.last1, s.last2}), (std::vector{num(1), num(2), num(3)}));
+  EXPECT_EQ(s.call, tk::Split(caller::kNicknameText, ",")(order[H] - 1));
   EXPECT_EQ(s.flashing, H == 4) << "only the fifth number flashes";
-  const std::set<tk::Integer> called(order.begin(), order.begin() + static_cast<long>(H) + 1);
-  EXPECT_EQ(s.yellow, called);
+  EXPECT_EQ(s.yellow, std::set<tk::Integer>(order.begin(), order.begin() + static_cast<long>(H) + 1));
   EXPECT_EQ(s.yellow.size() + s.grey.size(), 90u) << "every cell is yellow or play grey";
 }
 
 void ExpectNewGame(const Snapshot& s) {
   for (const std::string* t : {&s.main, &s.last, &s.last1, &s.last2, &s.gone}) EXPECT_EQ(*t, "0");
   EXPECT_EQ(s.call, "Ok- Lets start a new game");
-  EXPECT_TRUE(s.yellow.empty());
   EXPECT_EQ(s.grey.size(), 90u);
   EXPECT_EQ(s.howMany, 0);
 }
 
-TEST_F(GameTest, OpeningShowsANewGameWithTheLayoutsNearWhiteNumber) {
-  Open({OrderA()});
-  const Snapshot s = Look();
+TEST_F(GameTest, AWholeGamePressByPressThenYesLaysTheNextDraw) {
+  Open({OrderA(), OrderB(), OrderA()});
+  const Snapshot opening = Look();
+  ExpectNewGame(opening);
+  EXPECT_EQ(opening.draw, OrderA());
+  EXPECT_EQ(opening.mainColor, 0xFFFEFEu) << "the first game keeps the layout's near-white until the first press";
+  EXPECT_FALSE(opening.flashing || opening.caller);
+  for (tk::Integer i = 0; i < 90; ++i) EXPECT_EQ(window->n1(i)->Text(), std::to_string(i + 1));
+
+  answers.push_back(tk::kAnswerYes);
+  Reset();  // before the first press: the draw is replaced unseen
+  Snapshot s = Look();
+  EXPECT_EQ(s.draw, OrderB());
+  s.draw = opening.draw;
+  EXPECT_EQ(s, opening) << "nothing visible changes, the near-white included";
+  Tick();
+  EXPECT_EQ(Look().mainColor, kWhite) << "near-white is not white: a tick on it gives white";
+
+  const std::vector<tk::Integer> order = OrderB();
+  for (std::size_t H = 0; H < 89; ++H) {
+    if (H == 4) window->MainNumber()->SetTextColor(0x123456);  // press 5 must leave the colour alone
+    Press();
+    SCOPED_TRACE("press " + std::to_string(H + 1));
+    s = Look();
+    ExpectAfterPress(s, order, H);
+    EXPECT_EQ(s.mainColor, H == 4 ? 0x123456u : kWhite) << "the sixth press ends the flash at white";
+    EXPECT_EQ(s.howMany, static_cast<tk::Integer>(H + 1));
+    for (tk::Color c : H == 4 ? std::vector{kWhite, kBlack, kWhite, kBlack} : std::vector<tk::Color>{}) {
+      Tick();
+      EXPECT_EQ(Look().mainColor, c);
+    }
+  }
+  answers.push_back(tk::kAnswerYes);
+  Press();
+  ASSERT_EQ(questions.size(), 2u);
+  EXPECT_EQ(questions[1].text, "All 90 have numbers gone?" + tk::EndOfLine() + "New Game? - Yes/No");
+  EXPECT_EQ(questions[1].style, 36);
+  EXPECT_EQ(questions[1].title, "");
+  EXPECT_EQ(questions[1].howManyWhileAsked, 90) << "the question stands over the 90th number";
+  EXPECT_EQ(questions[1].goneWhileAsked, "90");
+
+  s = Look();
   ExpectNewGame(s);
   EXPECT_EQ(s.draw, OrderA());
-  EXPECT_EQ(s.mainColor, 0xFFFEFEu) << "the first game keeps the layout's near-white until the first press";
-  EXPECT_FALSE(s.flashing);
-  EXPECT_FALSE(s.caller);
-  for (tk::Integer i = 0; i < 90; ++i) EXPECT_EQ(window->n1(i)->Text(), std::to_string(i + 1));
-  EXPECT_EQ(Module1::nickname.Count(), 90);
-}
-
-TEST_F(GameTest, AWholeGameUpdatesEveryDisplayInOrderThenYesStartsANewDraw) {
-  Open({OrderA(), OrderB()});
-  const std::vector<tk::Integer> order = OrderA();
-  for (std::size_t H = 0; H < 90; ++H) {
-    if (H == 4) window->MainNumber()->SetTextColor(0x123456);  // press 5 must leave the colour alone
-    if (H == 89) answers.push_back(tk::kAnswerYes);
-    Press();
-    if (H == 89) break;  // the answer has already laid the next game
-    SCOPED_TRACE("press " + std::to_string(H + 1));
-    const Snapshot s = Look();
-    ExpectAfterPress(s, order, H);
-    EXPECT_EQ(s.mainColor, H == 4 ? 0x123456u : 0xFFFFFFu);
-    EXPECT_EQ(s.howMany, static_cast<tk::Integer>(H + 1));
-  }
-  ASSERT_EQ(questions.size(), 1u);
-  EXPECT_EQ(questions[0].text, "All 90 have numbers gone?" + tk::EndOfLine() + "New Game? - Yes/No");
-  EXPECT_EQ(questions[0].style, 36);
-  EXPECT_EQ(questions[0].title, "");
-  EXPECT_EQ(questions[0].howManyWhileAsked, 90) << "the question stands over the 90th number";
-  EXPECT_EQ(questions[0].goneWhileAsked, "90");
-
-  const Snapshot s = Look();
-  ExpectNewGame(s);
-  EXPECT_EQ(s.draw, OrderB());
-  EXPECT_EQ(s.mainColor, 0xFFFFFFu) << "a new game does not bring the near-white back";
+  EXPECT_EQ(s.mainColor, kWhite) << "a new game does not bring the near-white back";
   EXPECT_TRUE(failures.empty());
-
-  Press();  // the first press of the new game
-  ExpectAfterPress(Look(), OrderB(), 0);
+  Press();
+  ExpectAfterPress(Look(), OrderA(), 0);
 }
 
-TEST_F(GameTest, NoAtTheEndQuitsWithoutTouchingAnythingElse) {
-  Open();
-  for (int i = 0; i < 89; ++i) Press();
-  answers.push_back(tk::kAnswerNo);
-  Press();
+TEST_F(GameTest, AtTheEndNoQuitsAndAnyOtherAnswerDoesNothing) {
+  for (tk::Integer answer : {tk::kAnswerNo, tk::Integer{0}}) {
+    Open({OrderA()});
+    for (int i = 0; i < 89; ++i) Press();
+    answers.push_back(answer);
+    Press();
+    const Snapshot s = Look();
+    EXPECT_EQ(s.gone, "90");
+    EXPECT_EQ(s.howMany, 90) << "nothing runs after answer " << answer;
+    EXPECT_EQ(s.yellow.size(), 90u);
+  }
   EXPECT_TRUE(failures.empty()) << "ending is not a failure";
-  const Snapshot s = Look();
-  EXPECT_EQ(s.gone, "90");
-  EXPECT_EQ(s.howMany, 90) << "nothing runs after the request to quit";
-  EXPECT_EQ(s.yellow.size(), 90u);
-}
-
-TEST_F(GameTest, AnAnswerThatIsNeitherYesNorNoDoesNothing) {
-  Open({OrderA()});
-  for (int i = 0; i < 89; ++i) Press();
-  answers.push_back(0);
-  Press();
-  EXPECT_EQ(Look().howMany, 90);
   // A further press would read past the draw: it fails at once, before any
   // label changes, and is reported rather than crashing.
   const Snapshot before = Look();
@@ -102,19 +99,34 @@ TEST_F(GameTest, AnAnswerThatIsNeitherYesNorNoDoesNothing) {
   EXPECT_EQ(failures[0].className, "OutOfBoundsException");
 }
 
-TEST_F(GameTest, EverySystemDrawIsAPermutationAndGamesDiffer) {
-  Open();
-  const std::vector<tk::Integer> first = Look().draw;
-  answers.push_back(tk::kAnswerYes);
+// RESET mid-game with the fifth number at black: No changes nothing; Yes
+// lays a new game and leaves the flash blinking 0 until the next press.
+TEST_F(GameTest, ResetAsksFirstAndYesLeavesTheFlashRunning) {
+  Open({OrderA(), OrderB()});
+  for (int i = 0; i < 5; ++i) Press();
+  Tick();
+  const Snapshot before = Look();
+  ASSERT_EQ(before.mainColor, kBlack);
+  answers.assign({tk::kAnswerNo, tk::kAnswerYes});
   Reset();
-  const std::vector<tk::Integer> second = Look().draw;
-  for (const auto& draw : {first, second}) {
-    const std::set<tk::Integer> numbers(draw.begin(), draw.end());
-    EXPECT_EQ(numbers.size(), 90u);
-    EXPECT_EQ(*numbers.begin(), 1);
-    EXPECT_EQ(*numbers.rbegin(), 90);
+  EXPECT_EQ(Look(), before);
+  ASSERT_EQ(questions.size(), 1u);
+  EXPECT_EQ(questions[0].text, "RESET - Are you sure?");
+  EXPECT_EQ(questions[0].style, 36);
+
+  Reset();
+  const Snapshot s = Look();
+  ExpectNewGame(s);
+  EXPECT_EQ(s.draw, OrderB());
+  EXPECT_TRUE(s.flashing) << "a reset must not stop the flash";
+  EXPECT_EQ(s.mainColor, kBlack) << "nor repaint the number";
+  for (tk::Color c : {kWhite, kBlack}) {
+    Tick();
+    EXPECT_EQ(Look().mainColor, c);
   }
-  EXPECT_NE(first, second) << "two games alike: the generator is not fresh";
+  Press();  // a first press, which ends the flash
+  ExpectAfterPress(Look(), OrderB(), 0);
+  EXPECT_EQ(Look().mainColor, kWhite);
 }
 
 }  // namespace

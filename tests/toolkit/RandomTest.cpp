@@ -3,13 +3,13 @@
 
 #include <deque>
 #include <limits>
+#include <set>
 
 #include "toolkit/Random.h"
 
 namespace {
 
-class Words : public tk::EntropySource {
- public:
+struct Words : tk::EntropySource {
   explicit Words(std::deque<std::uint64_t> w) : words(std::move(w)) {}
   std::uint64_t Next64() override {
     const std::uint64_t w = words.front();
@@ -19,11 +19,9 @@ class Words : public tk::EntropySource {
   std::deque<std::uint64_t> words;
 };
 
-constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
-
 TEST(Random, WordsThatWouldFavourLowResultsAreDrawnAgain) {
   // 2^64 leaves a remainder of 16 over 90: the top 16 words are rejected.
-  const std::uint64_t firstRejected = kMax - 15;
+  constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max(), firstRejected = kMax - 15;
   const auto old = tk::Random::SetSourceFactory(
       [&] { return std::make_unique<Words>(std::deque<std::uint64_t>{kMax, firstRejected, firstRejected - 1, 5}); });
   tk::Random random;
@@ -32,26 +30,29 @@ TEST(Random, WordsThatWouldFavourLowResultsAreDrawnAgain) {
   tk::Random::SetSourceFactory(old);
 }
 
-TEST(Random, RangesOfEveryShapeStayInside) {
+TEST(Random, RangesOfEveryShapeReachBothEndsAndNothingOutside) {
   tk::Random random;
+  std::set<tk::Integer> seen;
   for (int i = 0; i < 2000; ++i) {
     EXPECT_EQ(random.InRange(4, 4), 4);
-    const tk::Integer v = random.InRange(-3, 3);
-    EXPECT_GE(v, -3);
-    EXPECT_LE(v, 3);
+    seen.insert(random.InRange(-3, 3));
   }
-  const tk::Integer lo = std::numeric_limits<tk::Integer>::min();
-  const tk::Integer hi = std::numeric_limits<tk::Integer>::max();
-  EXPECT_NO_THROW(random.InRange(lo, hi));  // the whole range needs no rejection
+  EXPECT_EQ(seen, (std::set<tk::Integer>{-3, -2, -1, 0, 1, 2, 3}));
+  bool low = false, high = false;
+  for (int i = 0; i < 200000 && !(low && high); ++i) {
+    const tk::Integer v = random.InRange(0, 89);
+    ASSERT_TRUE(v >= 0 && v <= 89) << v;
+    low = low || v == 0, high = high || v == 89;
+  }
+  EXPECT_TRUE(low && high);
+  // The whole range needs no rejection.
+  EXPECT_NO_THROW(random.InRange(std::numeric_limits<tk::Integer>::min(), std::numeric_limits<tk::Integer>::max()));
 }
 
 TEST(Random, EachNewObjectHasItsOwnFreshSequence) {
   tk::Random a, b;
   std::vector<tk::Integer> sa, sb;
-  for (int i = 0; i < 16; ++i) {
-    sa.push_back(a.InRange(0, 1'000'000'000));
-    sb.push_back(b.InRange(0, 1'000'000'000));
-  }
+  for (int i = 0; i < 16; ++i) sa.push_back(a.InRange(0, 1'000'000'000)), sb.push_back(b.InRange(0, 1'000'000'000));
   EXPECT_NE(sa, sb);
 }
 
