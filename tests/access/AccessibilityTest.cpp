@@ -13,7 +13,6 @@
 namespace testgame {
 namespace {
 
-
 std::string Said(const tk::RectControl& control, QAccessible::Text what) {
   return QAccessible::queryAccessibleInterface(control.Widget())->text(what).toStdString();
 }
@@ -35,40 +34,37 @@ class AccessibilityTest : public GameTest {
   tk::AccessibleObserver old_;
 };
 
-TEST_F(AccessibilityTest, EveryControlIsNamed) {
-  Open();
+TEST_F(AccessibilityTest, EveryControlIsNamedAndEachPressAnnouncesTheNumberWithItsCall) {
+  const std::vector<tk::Integer> order = OrderA();
+  Open({order, order});
   for (tk::Control* c : window->Controls()) {
-    if (auto* r = dynamic_cast<tk::RectControl*>(c)) {
+    auto* r = dynamic_cast<tk::RectControl*>(c);
+    if (r != nullptr) {
       EXPECT_NE(Said(*r, QAccessible::Name), "") << c->Name();
     }
   }
   EXPECT_EQ(Said(*window->MainNumber(), QAccessible::Name), "Current number");
-  EXPECT_EQ(Said(*window->n1(6), QAccessible::Name), "Number 7, not called");
-  window->PushButton1()->Push();
-  EXPECT_EQ(Said(*window->PushButton1(), QAccessible::Name), "BINGO CALLER - ON");
-}
 
-TEST_F(AccessibilityTest, EachPressAnnouncesTheNumberWithItsCall) {
-  const std::vector<tk::Integer> order = OrderA();
-  Open({order, order});
+  const std::pair<const tk::RectControl*, tk::AccessibleChange> told{window->MainNumber().get(), tk::AccessibleChange::Description};
   for (int press = 0; press < 2; ++press) {
     events.clear();
     Press();
     const Snapshot s = Look();
     ASSERT_EQ(s.main, tk::Str(order[press]));
     EXPECT_EQ(Said(*window->MainNumber(), QAccessible::Description), s.main + ", " + s.call);
-    const std::pair<const tk::RectControl*, tk::AccessibleChange> told{window->MainNumber().get(),
-                                                                      tk::AccessibleChange::Description};
     EXPECT_NE(std::find(events.begin(), events.end(), told), events.end()) << "press " << press;
   }
-  EXPECT_EQ(Said(*window->n1(order[0] - 1), QAccessible::Name), "Number " + tk::Str(order[0]) + ", called");
-  EXPECT_EQ(Said(*window->n1(order[2] - 1), QAccessible::Name), "Number " + tk::Str(order[2]) + ", not called");
+  auto cell = [&](tk::Integer n) { return Said(*window->n1(n - 1), QAccessible::Name); };
+  EXPECT_EQ(cell(order[0]), "Number " + tk::Str(order[0]) + ", called");
+  EXPECT_EQ(cell(order[2]), "Number " + tk::Str(order[2]) + ", not called");
   EXPECT_EQ(Said(*window->LastNumber(), QAccessible::Description), tk::Str(order[0]));
 
   answers.push_back(tk::kAnswerYes);
   Reset();
-  EXPECT_EQ(Said(*window->n1(order[0] - 1), QAccessible::Name), "Number " + tk::Str(order[0]) + ", not called");
+  EXPECT_EQ(cell(order[0]), "Number " + tk::Str(order[0]) + ", not called");
   EXPECT_EQ(Said(*window->MainNumber(), QAccessible::Description), Look().call) << "a new game is announced";
+  window->PushButton1()->Push();
+  EXPECT_EQ(Said(*window->PushButton1(), QAccessible::Name), "BINGO CALLER - ON");
 }
 
 }  // namespace

