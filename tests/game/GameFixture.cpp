@@ -75,23 +75,16 @@ void GameTest::Open(std::vector<std::vector<tk::Integer>> draws) {
 }
 
 Snapshot GameTest::Look() {
-  Snapshot s{};
-  s.main = window->MainNumber()->Text();
-  s.mainColor = window->MainNumber()->TextColor();
-  s.flashing = window->Timer1()->IsRunning();
-  s.last = window->LastNumber()->Text();
-  s.last1 = window->LastNumber1()->Text();
-  s.last2 = window->LastNumber2()->Text();
-  s.gone = window->NumbersGone()->Text();
-  s.call = window->Label3()->Text();
+  Window1& w = *window;
+  Snapshot s{w.MainNumber()->Text(), w.LastNumber()->Text(), w.LastNumber1()->Text(), w.LastNumber2()->Text(),
+             w.NumbersGone()->Text(), w.Label3()->Text(), w.MainNumber()->TextColor(), w.Timer1()->IsRunning(),
+             {}, {}, {}, Module1::HowManyNumbersGone, Module1::Bingo_Caller};
   for (tk::Integer i = 0; i < 90; ++i) {
-    const tk::Color c = window->n1(i)->TextColor();
+    const tk::Color c = w.n1(i)->TextColor();
     if (c == 0xFFFF00) s.yellow.insert(i + 1);
     if (c == 0xAAAAAA) s.grey.insert(i + 1);
+    s.draw.push_back(Module1::bingonumbers(i));
   }
-  for (tk::Integer i = 0; i < 90; ++i) s.draw.push_back(Module1::bingonumbers(i));
-  s.howMany = Module1::HowManyNumbersGone;
-  s.caller = Module1::Bingo_Caller;
   return s;
 }
 

@@ -16,9 +16,8 @@
 
 int main(int argc, char** argv) {
   std::deque<tk::Integer> answers;
-  if (argc > 1) {
-    for (const QString& a : QString::fromLatin1(argv[1]).split(',')) answers.push_back(a == "yes" ? tk::kAnswerYes : tk::kAnswerNo);
-  }
+  for (const QString& a : QString::fromLatin1(argc > 1 ? argv[1] : "").split(',', Qt::SkipEmptyParts))
+    answers.push_back(a == "yes" ? tk::kAnswerYes : tk::kAnswerNo);
   int presses = 0;
   tk::SetMsgBoxAnswerer([&](const tk::String&, tk::Integer, const tk::String&) {
     std::printf("asked after %d presses with %lld gone\n", presses, static_cast<long long>(Module1::HowManyNumbersGone));
