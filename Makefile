@@ -4,3 +4,7 @@ run:
 	scripts/run.sh
 test:
 	scripts/test.sh
+# The speed benchmarks (not part of CI): figures into bench/RESULTS.md.
+.PHONY: bench
+bench:
+	bench/speed/run.sh
