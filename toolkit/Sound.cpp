@@ -108,6 +108,10 @@ bool MixerReady() {
       std::fflush(stderr);
       return false;
     }
+    // SDL would otherwise take SIGINT and SIGTERM for its own event queue,
+    // which nobody reads: once the voice had spoken, a plain kill or a
+    // session's end no longer ended the program.
+    mix->SetHintWithPriority(SDL_HINT_NO_SIGNAL_HANDLERS, "1", SDL_HINT_OVERRIDE);
     mix->Init(MIX_INIT_MP3);
     bool ok = OpenDevice(*mix);
     if (!ok) {
