@@ -60,7 +60,7 @@ DISPLAY=$d_on "$calloquin" 2>"$work/on.log" & p_on=$!; pids+=($p_on)
   "display=$d_bare,name=Bare,pid=$p_bare" \
   "display=$d_off,name=Calloquin,flash=1,dialog=1,pid=$p_off" \
   "display=$d_on,name=Calloquin,caller=1,flash=1,dialog=1,pid=$p_on" | tee "$work/press.txt"
-# SIGKILL: SDL turns SIGTERM into a quit event that nobody reads.
+# SIGKILL: no orderly end is being measured here.
 kill -9 "$p_bare" "$p_off" "$p_on"
 
 echo "== start-up ($starts starts of each, alternating)"
