@@ -8,6 +8,8 @@
 #include <typeinfo>
 #include <utility>
 
+#include "toolkit/ModalDialog.h"
+
 namespace tk {
 namespace {
 
@@ -19,9 +21,9 @@ void DefaultReporter(const FailureReport& report) {
       QGuiApplication::platformName() != QLatin1String("offscreen")) {
     QMessageBox box(QMessageBox::Critical, QStringLiteral("Calloquin"),
                     QStringLiteral("Something went wrong: %1").arg(QString::fromStdString(report.className)),
-                    QMessageBox::Ok);
+                    QMessageBox::Ok, QApplication::activeWindow());
     box.setInformativeText(QString::fromStdString(report.message));
-    box.exec();
+    RunModal(box);
   }
 }
 

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+#include "toolkit/ModalDialog.h"
+
 namespace tk {
 namespace {
 
@@ -34,7 +36,7 @@ Integer ShowDialog(const String& text, Integer style, const String& title) {
   } else {
     box.setDefaultButton(box.addButton(QMessageBox::Ok));
   }
-  box.exec();
+  RunModal(box);
   switch (box.standardButton(box.clickedButton())) {
     case QMessageBox::Yes: return kAnswerYes;
     case QMessageBox::No: return kAnswerNo;

@@ -75,7 +75,8 @@ press Escape Return; n=$((n + 1)); expect $n "Escape, then Return"
 for ((; n < 89; n++)); do press Return; done
 expect 89 "before the last number"
 press Return
-dialog_up() { local f; f=$(xdotool getwindowfocus 2>/dev/null) && [ "$f" != "$wid" ]; }
+# The question is a second window; the main window keeps the keyboard.
+dialog_up() { [ "$(xdotool search --onlyvisible --name '^Calloquin$' 2>/dev/null | wc -l)" -gt 1 ]; }
 until_ok 100 dialog_up || fail "no question after the 90th number"
 press Return  # the default answer: Yes, a new game
 expect 0 "after Yes"
