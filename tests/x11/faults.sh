@@ -1,0 +1,108 @@
+#!/bin/bash
+# The real program in a damaged copy of its bundle: one clip deleted, one
+# corrupted, one empty, all clips gone, the Resources folder gone, the
+# backdrop gone. It starts every time. With the caller on, the press of a
+# number whose clip can't be had fails before the count moves: the number
+# shows, a report is made (one line on stderr, a dialog that Return
+# dismisses), and the next press calls the same number and fails again.
+# With the caller off the game runs to its end, and No ends the program
+# with status 0. One report per failing press, never a crash.
+#
+# usage: faults.sh <calloquin executable> <board check tool>
+program=$1
+check=$2
+. "$(dirname "$0")/lib.sh"
+
+bundle=$(dirname "$(dirname "$program")")
+clip=45  # the damaged clip; its place in the draw is found by playing
+
+# BINGO CALLER, clicked at its place in the layout, below the menu bar.
+caller_switch() {
+  local HEIGHT
+  eval "$(xdotool getwindowgeometry --shell "$wid" | grep '^HEIGHT=')"
+  xdotool mousemove --window "$wid" 127 $((HEIGHT - 572 + 516)) click 1
+}
+
+# Copies the bundle and damages the copy with the given command, run in
+# its Resources folder; starts the program from it.
+start_damaged() {
+  rm -rf "$work/bundle"
+  mkdir -p "$work/bundle/bin"
+  cp "$program" "$work/bundle/bin/"
+  cp -r "$bundle/Resources" "$work/bundle/"
+  (cd "$work/bundle/Resources" && eval "$1")
+  start "$work/bundle/bin/$(basename "$program")"
+}
+
+# With the caller on, presses until a press fails; leaves $gone at the
+# numbers called before it.
+press_until_failure() {
+  gone=0
+  while :; do
+    local before; before=$(reports)
+    press Return
+    settled() { [ "$(reports)" -gt "$before" ] || { no_dialog && expected=$((gone + 1)) && look; }; }
+    until_ok 100 settled || fail "$case: press $((gone + 1)) neither called a number nor failed"
+    [ "$(reports)" -gt "$before" ] && return
+    gone=$((gone + 1))
+    [ "$gone" -lt 90 ] || fail "$case: no press failed in a whole game"
+  done
+}
+
+# A failing press: exactly one more report, of a NilObjectException, in
+# a dialog that Return takes away; the number shows on the board.
+failed_once() {
+  until_ok 100 dialog_up || fail "$case: no dialog for the failure"
+  [ "$(reports)" -eq "$1" ] || fail "$case: $(reports) reports, expected $1"
+  tail -n1 "$work/program.log" | grep -q '^Calloquin: unhandled NilObjectException: ' \
+    || fail "$case: the report is not a NilObjectException"
+  press Return
+  until_ok 100 no_dialog || fail "$case: Return did not dismiss the report"
+  expect $((gone + 1)) "$case: after the failure"
+}
+
+# Caller off: the failed number is called again and counted, the game runs
+# to its end, and No ends the program with status 0.
+finish_with_caller_off() {
+  caller_switch
+  press Return
+  local left=$((89 - gone - 1))
+  [ "$left" -gt 0 ] && xdotool key --delay 0 --repeat "$left" Return
+  expect 89 "$case: caller off, before the last number"
+  press Return
+  until_ok 100 dialog_up || fail "$case: no question after the 90th number"
+  answer_no
+  ended_with 0 "$case: No at the end"
+  [ "$(reports)" -eq "$1" ] || fail "$case: reports with the caller off"
+}
+
+clip_case() {
+  case=$1
+  start_damaged "$2"
+  caller_switch
+  press_until_failure
+  failed_once 1
+  press Return  # the same number, and its clip is not looked for again
+  failed_once 2
+  finish_with_caller_off 2
+  echo "ok: $case (failed at press $((gone + 1)))"
+}
+
+clip_case "clip deleted" "rm vocal$clip.mp3"
+clip_case "clip corrupted" "yes 'not a sound' | head -c 20000 >vocal$clip.mp3"
+clip_case "clip empty" ": >vocal$clip.mp3"
+clip_case "all clips gone" "rm vocal*.mp3"
+clip_case "Resources gone" "cd .. && rm -r Resources"
+
+case="backdrop gone"
+start_damaged "rm BingoOuter1*"
+caller_switch
+xdotool key --delay 0 --repeat 89 Return
+expect 89 "$case: caller on"
+press Return
+until_ok 100 dialog_up || fail "$case: no question after the 90th number"
+answer_no
+ended_with 0 "$case: No at the end"
+[ "$(reports)" -eq 0 ] || fail "$case: failures were reported"
+echo "ok: $case"
+echo "PASS"

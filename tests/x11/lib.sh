@@ -1,0 +1,75 @@
+# Shared by the X11 scripts: a private Xvfb, the program in it, the board
+# read off screenshots. Source it after setting $check (the board tool).
+set -u
+for tool in Xvfb xdotool import; do
+  command -v "$tool" >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
+done
+
+work=$(mktemp -d)
+xvfb_pid= app_pid=
+cleanup() {
+  [ -n "$app_pid" ] && kill "$app_pid" 2>/dev/null
+  [ -n "$xvfb_pid" ] && kill "$xvfb_pid" 2>/dev/null
+  wait 2>/dev/null
+  rm -rf "$work"
+}
+trap cleanup EXIT
+fail() { echo "FAIL: $*"; [ -s "$work/program.log" ] && sed 's/^/  program: /' "$work/program.log"; exit 1; }
+
+# Polls a command until it succeeds, for at most $1 tenths of a second.
+until_ok() {
+  local tries=$1; shift
+  while ! "$@"; do
+    tries=$((tries - 1))
+    [ "$tries" -gt 0 ] || return 1
+    sleep 0.1
+  done
+}
+
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" 2>"$work/xvfb.log" &
+xvfb_pid=$!
+until_ok 100 test -s "$work/display" || fail "Xvfb did not start"
+export DISPLAY=":$(cat "$work/display")"
+unset QT_QPA_PLATFORM
+export SDL_AUDIODRIVER=dummy
+
+windows() { xdotool search --onlyvisible --name '^Calloquin$' 2>/dev/null; }
+find_window() { wid=$(windows | head -n1); [ -n "$wid" ]; }
+# A question or a failure report stands: a second window.
+dialog_up() { [ "$(windows | wc -l)" -gt 1 ]; }
+no_dialog() { ! dialog_up; }
+
+# Starts the program; its stderr goes to $work/program.log.
+start() {
+  : >"$work/program.log"
+  "$1" 2>"$work/program.log" &
+  app_pid=$!
+  until_ok 150 find_window || fail "no window appeared"
+  xdotool windowfocus --sync "$wid"
+}
+# Waits for the program to end and checks its status.
+ended_with() {
+  until_ok 100 eval '! kill -0 $app_pid 2>/dev/null' || fail "$2: the program did not end"
+  wait "$app_pid"
+  local status=$?
+  app_pid=
+  [ "$status" -eq "$1" ] || fail "$2: the program ended with status $status"
+}
+reports() { grep -c '^Calloquin: unhandled ' "$work/program.log"; }
+
+called=-1
+look() {
+  import -window "$wid" "$work/shot.png" 2>/dev/null || return 1
+  local stray
+  read -r _ called _ stray < <("$check" "$work/shot.png") || return 1
+  [ "$stray" -eq 0 ] || fail "yellow on the board outside any called cell ($stray pixels)"
+  [ "$called" -eq "$expected" ]
+}
+# Waits until the board shows $1 numbers called.
+expect() {
+  expected=$1
+  until_ok 100 look || fail "$2: expected $expected numbers called, the board shows $called"
+}
+press() { xdotool key "$@"; }
+# Answers No to the question at the end of a game: Tab to No, then Space.
+answer_no() { press Tab space; }
