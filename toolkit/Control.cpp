@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "toolkit/Exceptions.h"
 #include "toolkit/Window.h"
 
 namespace tk {
@@ -42,11 +43,15 @@ void RectControl::AttachTo(Window& window) {
 }
 
 void RectControl::SetInitialParent(const String& name) {
-  initialParent_ = name;
   QWidget* parent = nullptr;
   if (!name.empty() && OwnerWindow() != nullptr) {
     if (auto* control = dynamic_cast<RectControl*>(OwnerWindow()->ControlByName(name))) parent = control->Widget();
   }
+  // Qt walks a chain of parents that comes back to its start for ever.
+  if (parent != nullptr && (parent == widget_ || widget_->isAncestorOf(parent))) {
+    throw UnsupportedFormatException("The control \"" + Name() + "\" can't lie in \"" + name + "\", which lies in it.");
+  }
+  initialParent_ = name;
   if (parent == nullptr && OwnerWindow() != nullptr) parent = OwnerWindow()->Content();
   if (parent != nullptr && widget_->parentWidget() != parent) {
     widget_->setParent(parent);

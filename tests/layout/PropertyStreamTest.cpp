@@ -109,3 +109,19 @@ TEST(PropertyStream, UnknownNamesAndShortStreamsStopWithTheObjectPropertyAndOffs
 }
 
 }  // namespace
+
+TEST(PropertyStream, AControlCannotLieInItselfOrInItsOwnChild) {
+  tk::Window window;
+  tk::Label& outer = window.New<tk::Label>();
+  window.AddControl("Outer", outer);
+  tk::Label& inner = window.New<tk::Label>();
+  window.AddControl("Inner", inner);
+  tk::SetProperties(inner, tk::StreamBuilder().s("InitialParent", "Outer").Bytes());
+  // Qt would loop for ever on either.
+  EXPECT_THROW(tk::SetProperties(outer, tk::StreamBuilder().s("InitialParent", "Outer").Bytes()),
+               tk::UnsupportedFormatException);
+  EXPECT_THROW(tk::SetProperties(outer, tk::StreamBuilder().s("InitialParent", "Inner").Bytes()),
+               tk::UnsupportedFormatException);
+  EXPECT_EQ(outer.InitialParent(), "");
+  EXPECT_EQ(inner.Widget()->parentWidget(), outer.Widget());
+}
