@@ -10,6 +10,8 @@ packages=(
   festival festvox-us-slt-hts lame sox ffmpeg
   # a font for offscreen rendering, and the tests through a real X server
   fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
+  # the property-stream fuzzer: clang and its libFuzzer and sanitizer runtimes
+  clang libclang-rt-14-dev
   # the .deb and the checks of its desktop entry and AppStream metainfo
   dpkg-dev file desktop-file-utils appstream
 )

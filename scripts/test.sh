@@ -10,7 +10,8 @@ jobs=$(nproc)
 echo "== debug build, all tests"
 cmake --preset dev >/dev/null
 cmake --build --preset dev -j "$jobs"
-ctest --preset dev -j "$jobs"
+ctest --preset dev -j "$jobs" -LE soak
+tests/fuzz/run.sh 60
 
 echo "== the .deb: built, installed with apt, played under Xvfb, removed"
 packaging/test-deb.sh build/dev/tests/x11/board_check
@@ -18,4 +19,4 @@ packaging/test-deb.sh build/dev/tests/x11/board_check
 echo "== sanitizer build, all tests but those through an X server"
 cmake --preset asan >/dev/null
 cmake --build --preset asan -j "$jobs"
-ctest --preset asan -j "$jobs" -LE x11
+ctest --preset asan -j "$jobs" -LE 'x11|soak'
