@@ -35,29 +35,14 @@ for p in libqt6widgets6 qt6-qpa-plugins libsdl2-mixer-2.0-0; do
   [[ "$depends" == *"$p"* ]] || { echo "FAIL: the package does not depend on $p"; exit 1; }
 done
 
-work=$(mktemp -d)
-xvfb_pid= app_pid= installed=
+installed=
 apt() { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=120 -y -qq "$@"; }
-cleanup() {
-  [ -n "$app_pid" ] && kill "$app_pid" 2>/dev/null
-  [ -n "$xvfb_pid" ] && kill "$xvfb_pid" 2>/dev/null
-  wait 2>/dev/null
-  [ -n "$installed" ] && apt remove calloquin >/dev/null
-  rm -rf "$work"
-}
-trap cleanup EXIT
-fail() { echo "FAIL: $*"; exit 1; }
-until_ok() {
-  local tries=$1; shift
-  while ! "$@"; do
-    tries=$((tries - 1))
-    [ "$tries" -gt 0 ] || return 1
-    sleep 0.1
-  done
-}
+on_exit() { [ -n "$installed" ] && apt remove calloquin >/dev/null; }
 
 installed=1
 apt install "./$deb" >/dev/null
+set +e  # from here on the checks below say what failed
+. tests/x11/lib.sh
 [ -L /usr/bin/calloquin ] || fail "no link /usr/bin/calloquin"
 [ "$(readlink -f /usr/bin/calloquin)" = /usr/lib/calloquin/bin/calloquin ] || fail "the link leads elsewhere"
 for f in /usr/lib/calloquin/Resources/vocal90.mp3 /usr/lib/calloquin/Resources/BingoOuter1.png \
@@ -68,32 +53,14 @@ for f in /usr/lib/calloquin/Resources/vocal90.mp3 /usr/lib/calloquin/Resources/B
   [ -f "$f" ] || fail "$f is not installed"
 done
 
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" 2>"$work/xvfb.log" &
-xvfb_pid=$!
-until_ok 100 test -s "$work/display" || fail "Xvfb did not start"
-export DISPLAY=":$(cat "$work/display")"
-unset QT_QPA_PLATFORM
-export SDL_AUDIODRIVER=dummy
-
 # Started by its name on the PATH, from elsewhere: the link must lead it to
 # its resources (the backdrop shows, or the board's cells would be unreadable).
-(cd / && exec calloquin) 2>"$work/program.log" &
-app_pid=$!
-find_window() { wid=$(xdotool search --onlyvisible --name '^Calloquin$' 2>/dev/null | head -n1); [ -n "$wid" ]; }
-until_ok 150 find_window || { cat "$work/program.log"; fail "no window appeared"; }
-xdotool windowfocus --sync "$wid"
-for _ in 1 2 3; do xdotool key Return; done
-called=
-look() {
-  import -window "$wid" "$work/shot.png" 2>/dev/null || return 1
-  read -r _ called _ stray < <("$check" "$work/shot.png") || return 1
-  [ "$called" -eq 3 ] && [ "$stray" -eq 0 ]
-}
-until_ok 100 look || fail "after three presses the board shows ${called:-no} called numbers"
-xdotool key ctrl+q
-until_ok 50 eval '! kill -0 $app_pid 2>/dev/null' || fail "Ctrl+Q did not end the program"
-wait "$app_pid" || fail "the program ended with status $?"
-app_pid=
+installed_program() { cd / && exec calloquin; }
+start installed_program
+press Return Return Return
+expect 3 "after three presses"
+press ctrl+q
+ended_with 0 "Ctrl+Q"
 
 apt remove calloquin >/dev/null
 installed=

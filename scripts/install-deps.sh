@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that Calloquin needs to build, run and test,
 # and only those that are missing. Runs apt-get as root, or through sudo.
+# Given package names, installs those instead (the benchmarks' extras).
 set -euo pipefail
 
 packages=(
@@ -15,6 +16,8 @@ packages=(
   # the .deb and the checks of its desktop entry and AppStream metainfo
   dpkg-dev file desktop-file-utils appstream
 )
+
+[ $# -gt 0 ] && packages=("$@")
 
 missing=()
 for p in "${packages[@]}"; do

@@ -198,9 +198,9 @@ struct Target {
   std::map<std::string, long> hwm;  // VmHWM in kB at named moments
 };
 
-Target ParseTarget(const std::string& spec) {
+Target ParseTarget(const std::string& options) {
   Target t;
-  std::stringstream ss(spec);
+  std::stringstream ss(options);
   std::string item;
   while (std::getline(ss, item, ',')) {
     const auto eq = item.find('=');

@@ -1,5 +1,6 @@
 # Shared by the X11 scripts: a private Xvfb, the program in it, the board
 # read off screenshots. Source it after setting $check (the board tool).
+# start takes a command: a program's path, or a function that execs one.
 set -u
 for tool in Xvfb xdotool import; do
   command -v "$tool" >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
@@ -11,6 +12,8 @@ cleanup() {
   [ -n "$app_pid" ] && kill "$app_pid" 2>/dev/null
   [ -n "$xvfb_pid" ] && kill "$xvfb_pid" 2>/dev/null
   wait 2>/dev/null
+  # A script that changed the system undoes it here (on_exit is its own).
+  if declare -F on_exit >/dev/null; then on_exit; fi
   rm -rf "$work"
 }
 trap cleanup EXIT
