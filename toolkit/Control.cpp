@@ -3,6 +3,8 @@
 #include <QAccessible>
 #include <QWidget>
 
+#include "toolkit/QtRange.h"
+
 #include <utility>
 
 #include "toolkit/Exceptions.h"
@@ -63,14 +65,15 @@ void RectControl::SetInitialParent(const String& name) {
 void RectControl::ApplyGeometry() {
   // Left and Top are of the window's content area; Qt places a child in its
   // parent's coordinates, so take off the parent control's own position.
-  Integer x = left_, y = top_;
+  // Clamped before the subtraction, which could otherwise overflow.
+  Integer x = QtCoordinate(left_), y = QtCoordinate(top_);
   if (OwnerWindow() != nullptr && !initialParent_.empty()) {
     if (auto* parent = dynamic_cast<RectControl*>(OwnerWindow()->ControlByName(initialParent_))) {
-      x -= parent->Left();
-      y -= parent->Top();
+      x -= QtCoordinate(parent->Left());
+      y -= QtCoordinate(parent->Top());
     }
   }
-  widget_->setGeometry(static_cast<int>(x), static_cast<int>(y), static_cast<int>(width_), static_cast<int>(height_));
+  widget_->setGeometry(QtCoordinate(x), QtCoordinate(y), QtExtent(width_), QtExtent(height_));
 }
 
 void RectControl::SetVisible(bool v) {

@@ -2,6 +2,8 @@
 
 #include <QFontDatabase>
 
+#include "toolkit/QtRange.h"
+
 #include <cmath>
 
 namespace tk {
@@ -12,7 +14,7 @@ QFont MakeFont(const String& family, double pixels, bool bold, bool italic, bool
                                                     : QFont(QString::fromStdString(family));
   // Layout sizes are pixels (drawn at 72 dpi), not points: 230 must stay
   // 230 pixels tall on a 96 dpi screen or two digits would not fit.
-  const int px = pixels > 0 ? static_cast<int>(std::lround(pixels)) : kOrdinaryTextPixels;
+  const int px = QtPixels(pixels) > 0 ? QtPixels(pixels) : kOrdinaryTextPixels;
   font.setPixelSize(px);
   font.setBold(bold);
   font.setItalic(italic);

@@ -2,6 +2,9 @@
 
 #include <QTimer>
 
+#include <algorithm>
+#include <limits>
+
 #include "toolkit/Application.h"
 #include "toolkit/Dispatch.h"
 
@@ -26,7 +29,7 @@ void Timer::Apply() {
   timer_->setSingleShot(mode_ == kModeSingle);
   // Qt restarts a running timer on setInterval; only a real change may
   // disturb the phase of a flash.
-  const int interval = static_cast<int>(period_ < 1 ? 1 : period_);
+  const int interval = static_cast<int>(std::clamp<Integer>(period_, 1, std::numeric_limits<int>::max()));
   if (timer_->interval() != interval) timer_->setInterval(interval);
   if (!timer_->isActive()) timer_->start();
 }

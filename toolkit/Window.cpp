@@ -11,6 +11,7 @@
 #include "toolkit/Dispatch.h"
 #include "toolkit/Picture.h"
 #include "toolkit/PushButton.h"
+#include "toolkit/QtRange.h"
 
 namespace tk {
 
@@ -126,10 +127,10 @@ void Window::SetWidth(Integer v) { width_ = v; ApplySize(); }
 void Window::SetHeight(Integer v) { height_ = v; ApplySize(); }
 
 void Window::ApplySize() {
-  const QSize size(static_cast<int>(width_), static_cast<int>(height_));
+  const QSize size(QtExtent(width_), QtExtent(height_));
   if (resizeable_) {
-    surface_->setMinimumSize(static_cast<int>(minWidth_), static_cast<int>(minHeight_));
-    surface_->setMaximumSize(static_cast<int>(maxWidth_), static_cast<int>(maxHeight_));
+    surface_->setMinimumSize(QtExtent(minWidth_), QtExtent(minHeight_));
+    surface_->setMaximumSize(QtExtent(maxWidth_), QtExtent(maxHeight_));
     surface_->resize(size);
   } else {
     surface_->setFixedSize(size);

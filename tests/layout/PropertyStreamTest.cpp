@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "toolkit/Label.h"
 #include "toolkit/PropertyStream.h"
 #include "toolkit/PushButton.h"
@@ -124,4 +126,23 @@ TEST(PropertyStream, AControlCannotLieInItselfOrInItsOwnChild) {
                tk::UnsupportedFormatException);
   EXPECT_EQ(outer.InitialParent(), "");
   EXPECT_EQ(inner.Widget()->parentWidget(), outer.Widget());
+}
+
+// Qt holds geometry in int and adds it up; a stream may hold any 64 bits.
+// What reaches Qt is brought into its range, what reads back is exact.
+TEST(PropertyStream, ExtremeGeometryReadsBackAndReachesQtWithoutOverflow) {
+  tk::Window window;
+  tk::Label& parent = window.New<tk::Label>();
+  window.AddControl("Parent", parent);
+  tk::Label& child = window.New<tk::Label>();
+  window.AddControl("Child", child);
+  constexpr tk::Integer kLow = std::numeric_limits<tk::Integer>::min(), kHigh = std::numeric_limits<tk::Integer>::max();
+  tk::SetProperties(parent, tk::StreamBuilder().i8("Left", kHigh).i8("Top", kHigh).Bytes());
+  tk::SetProperties(child, tk::StreamBuilder().s("InitialParent", "Parent").i8("Height", kHigh).i8("Width", kHigh)
+                               .i8("Top", kLow).i8("Left", kLow).Bytes());
+  EXPECT_EQ(child.Left(), kLow);
+  EXPECT_EQ(child.Height(), kHigh);
+  EXPECT_EQ(child.Widget()->width(), QWIDGETSIZE_MAX);
+  tk::SetProperties(window, tk::StreamBuilder().i8("Width", kHigh).i8("Height", -1).Bytes());
+  EXPECT_EQ(window.Width(), kHigh);
 }
