@@ -15,6 +15,7 @@
 #include <memory>
 #include <vector>
 
+#include "bench/speed/Quantile.h"
 #include "toolkit/Application.h"
 #include "toolkit/FolderItem.h"
 #include "toolkit/MsgBox.h"
@@ -23,15 +24,6 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-double Quantile(std::vector<double> v, double q) {
-  if (v.empty()) return 0;
-  std::sort(v.begin(), v.end());
-  const double pos = q * static_cast<double>(v.size() - 1);
-  const auto lo = static_cast<std::size_t>(pos);
-  const auto hi = std::min(lo + 1, v.size() - 1);
-  return v[lo] + (v[hi] - v[lo]) * (pos - static_cast<double>(lo));
-}
 
 struct Times {
   std::vector<double> plain, last;  // presses 1 to 89; the 90th, with its reset

@@ -21,6 +21,7 @@
 #include <thread>
 #include <vector>
 
+#include "bench/speed/Quantile.h"
 #include "toolkit/Sound.h"
 
 namespace {
@@ -45,14 +46,6 @@ void PostMix(void*, Uint8* stream, int len) {
     }
   }
   ++buffers;
-}
-
-double Quantile(std::vector<double> v, double q) {
-  std::sort(v.begin(), v.end());
-  const double pos = q * static_cast<double>(v.size() - 1);
-  const auto lo = static_cast<std::size_t>(pos);
-  const auto hi = std::min(lo + 1, v.size() - 1);
-  return v[lo] + (v[hi] - v[lo]) * (pos - static_cast<double>(lo));
 }
 
 void WaitBuffers(std::int64_t count) {

@@ -38,6 +38,7 @@
 #include <thread>
 #include <vector>
 
+#include "bench/speed/Quantile.h"
 #include "window/LayoutData.h"
 
 namespace {
@@ -331,15 +332,6 @@ void PlayGame(Target& t, int settleMs, bool first) {
     Focus(t);
     Settle(t, 200);
   }
-}
-
-double Quantile(std::vector<double> v, double q) {
-  if (v.empty()) return 0;
-  std::sort(v.begin(), v.end());
-  const double pos = q * static_cast<double>(v.size() - 1);
-  const auto lo = static_cast<std::size_t>(pos);
-  const auto hi = std::min(lo + 1, v.size() - 1);
-  return v[lo] + (v[hi] - v[lo]) * (pos - static_cast<double>(lo));
 }
 
 int Press(int argc, char** argv) {

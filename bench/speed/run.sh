@@ -21,17 +21,7 @@ cmake --build "$build" --target bench_programs >/dev/null
 bin=$build/bench/speed
 calloquin=$build/Calloquin/bin/calloquin
 resources=$build/Calloquin/Resources
-export SDL_AUDIODRIVER=dummy
-unset QT_QPA_PLATFORM
-
-work=$(mktemp -d)
-pids=()
-cleanup() {
-  for p in "${pids[@]}"; do kill "$p" 2>/dev/null || true; done
-  wait 2>/dev/null || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
+. "$(dirname "$0")/lib.sh"
 
 # A server of its own for each window, so that none covers another. Sets
 # display to the server's name (not echoed: a command substitution would
