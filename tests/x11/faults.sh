@@ -65,9 +65,11 @@ failed_once() {
 # to its end, and No ends the program with status 0.
 finish_with_caller_off() {
   caller_switch
+  xdotool windowfocus --sync "$wid"  # the click is through before the keys
   press Return
   local left=$((89 - gone - 1))
-  [ "$left" -gt 0 ] && xdotool key --delay 0 --repeat "$left" Return
+  # An operator's quick pace; the storm test covers the server's top speed.
+  [ "$left" -gt 0 ] && xdotool key --delay 20 --repeat "$left" Return
   expect 89 "$case: caller off, before the last number"
   press Return
   until_ok 100 dialog_up || fail "$case: no question after the 90th number"
