@@ -1,7 +1,7 @@
 #include "window/Window1.h"
 
+#include "shell/BingoOuter1.h"
 #include "shell/MainMenuBar.h"
-#include "toolkit/Picture.h"
 #include "toolkit/PropertyStream.h"
 #include "window/Accessibility.h"
 #include "window/LayoutData.h"
@@ -34,7 +34,7 @@ void BindAction(Window1& window, const char* name, void (Window1::*handler)(Send
 Window1::~Window1() = default;
 
 void Window1::Layout() {
-  SetBackdrop(tk::Picture::OpenFromApp("BingoOuter1"));
+  SetBackdrop(shell::BingoOuter1());
   SetMenuBar(&ImplicitMainMenuBar());  // the same bar as the application's
   // Size, title and buttons come after picture and menu bar.
   tk::SetProperties(*this, layout::WindowStream());

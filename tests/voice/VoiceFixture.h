@@ -68,6 +68,7 @@ class VoiceTest : public ::testing::Test {
     tk::SetFailureReporter([this](const tk::FailureReport& r) { reports_.push_back(r.className); });
     tk::SetMsgBoxAnswerer([this](const tk::String&, tk::Integer, const tk::String&) { return ++questions_, tk::kAnswerYes; });
     window_.Constructor();
+    lookups_ = 0;  // the backdrop's, while the window was built; the clips' are counted
   }
   void TearDown() override {
     tk::SetExecutableFileSource({}), tk::SetSoundOpener({}), tk::SetFailureReporter({}), tk::SetMsgBoxAnswerer({});

@@ -1,0 +1,70 @@
+// The backdrop's loader and the picture behind it, in a temporary bundle.
+// The loader keeps its state for the process, so each test needs a process
+// of its own (CTest gives one).
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <QPixmap>
+#include <filesystem>
+#include <fstream>
+
+#include "shell/BingoOuter1.h"
+#include "toolkit/FolderItem.h"
+
+namespace {
+namespace fs = std::filesystem;
+
+class BackdropTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string dir = (fs::temp_directory_path() / "calloquin-backdrop-XXXXXX").string();
+    ASSERT_NE(mkdtemp(dir.data()), nullptr);
+    root_ = dir;
+    fs::create_directories(root_ / "bin");
+    fs::create_directories(root_ / "Resources");
+    auto exe = std::make_shared<tk::FolderItem>((root_ / "bin" / "calloquin").string());
+    tk::SetExecutableFileSource([exe] { return exe; });
+  }
+  void TearDown() override {
+    tk::SetExecutableFileSource({});
+    std::error_code ignored;
+    fs::remove_all(root_, ignored);
+  }
+  fs::path Picture() const { return root_ / "Resources" / "BingoOuter1.png"; }
+  void PutRealPicture() { fs::copy_file(fs::path(CALLOQUIN_BUNDLE_DIR) / "Resources" / "BingoOuter1.png", Picture()); }
+  void PutBytes(const std::string& bytes) { std::ofstream(Picture(), std::ios::binary) << bytes; }
+
+  fs::path root_;
+};
+
+TEST_F(BackdropTest, AMissingPictureIsTriedAgainAndAnOpenOneIsKept) {
+  EXPECT_EQ(shell::BingoOuter1(), nullptr);
+  PutRealPicture();
+  const auto first = shell::BingoOuter1();
+  ASSERT_NE(first, nullptr) << "a nil is tried again at the next call";
+  EXPECT_EQ(first->Width(), 1036);
+  EXPECT_EQ(first->Height(), 572);
+  const QPixmap& pixels = first->Pixmap();
+  EXPECT_EQ(pixels.size(), QSize(1036, 572));
+  fs::remove(Picture());
+  EXPECT_EQ(shell::BingoOuter1(), first) << "an open picture is kept for the run";
+}
+
+TEST_F(BackdropTest, WhatIsNoPictureGivesNilAndABrokenBodyDrawsNothing) {
+  PutBytes("");
+  EXPECT_EQ(shell::BingoOuter1(), nullptr);
+  PutBytes(std::string(4096, '\x5a'));
+  EXPECT_EQ(shell::BingoOuter1(), nullptr);
+  // A sound PNG head with nothing after it: the size is known from the
+  // head, the pixels never come, and the window gets an empty pixmap.
+  std::ifstream real(fs::path(CALLOQUIN_BUNDLE_DIR) / "Resources" / "BingoOuter1.png", std::ios::binary);
+  std::string head(33, '\0');
+  real.read(head.data(), 33);
+  PutBytes(head);
+  const auto broken = shell::BingoOuter1();
+  ASSERT_NE(broken, nullptr);
+  EXPECT_EQ(broken->Width(), 1036);
+  EXPECT_TRUE(broken->Pixmap().isNull());
+}
+
+}  // namespace
