@@ -28,7 +28,16 @@ void Label::SetText(const String& text) {
 }
 
 void Label::SetTextColor(Color color) {
+  const bool same = color_ == color && paletteSet_;
   color_ = color;
+  paletteSet_ = true;
+  // Restating the colour a label already has is common (every call sets
+  // the big number white, to end a flash); a palette change costs a
+  // propagation through Qt, so only a real change makes one.
+  if (same) {
+    if (changed_) changed_(*this);
+    return;
+  }
   QPalette palette = label()->palette();
   const QColor c(static_cast<QRgb>(0xFF000000u | (color & 0xFFFFFFu)));
   for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) palette.setColor(group, QPalette::WindowText, c);

@@ -185,7 +185,9 @@ std::uint64_t ReadLe(const std::uint8_t* p, int count) {
 const Property* FindProperty(const Object& object, std::string_view name) {
   for (const PropertyClass* cls = ClassOf(object); cls != nullptr; cls = cls->base) {
     for (const Property& p : cls->rows) {
-      if (RuntimeStringCompare(p.name, name) == 0) return &p;
+      // Names are ASCII, so texts of different lengths never match; the
+      // length check spares most rows the comparison.
+      if (p.name.size() == name.size() && RuntimeStringCompare(p.name, name) == 0) return &p;
     }
   }
   return nullptr;

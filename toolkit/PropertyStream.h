@@ -37,7 +37,7 @@ using PropertyValue = std::variant<Integer, bool, std::uint8_t, float, Color, St
 // One row of a class's property table. Set and Get take the object as the
 // class the row belongs to; the table lookup guarantees that it is one.
 struct Property {
-  const char* name;  // as the class declares it; matched without case
+  std::string_view name;  // as the class declares it; matched without case
   PropertyType type;
   void (*set)(Object& object, const PropertyValue& value);
   PropertyValue (*get)(const Object& object);

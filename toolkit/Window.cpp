@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QKeySequence>
 #include <QMainWindow>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QShortcut>
 #include <QWidget>
@@ -43,18 +44,25 @@ class Window::Surface : public QWidget {
   explicit Surface(Window& owner) : owner_(owner) { setAttribute(Qt::WA_OpaquePaintEvent); }
 
  protected:
-  void paintEvent(QPaintEvent*) override {
+  void paintEvent(QPaintEvent* event) override {
     QPainter p(this);
     const QColor fill = owner_.HasBackColor() ? QColor(static_cast<QRgb>(0xFF000000u | owner_.BackColor())) : kPlainBackground;
-    if (owner_.Backdrop()) {
-      const QPixmap& pm = owner_.Backdrop()->Pixmap();
+    const QPixmap* pm = owner_.Backdrop() ? &owner_.Backdrop()->Pixmap() : nullptr;
+    // A press dirties a handful of separate labels. Painting each of their
+    // rectangles on its own keeps every clip a plain rectangle, for which
+    // the raster engine copies the backdrop's rows straight; a clip of many
+    // rectangles sends the same pixels through its general span path.
+    for (const QRect& r : event->region()) {
+      p.setClipRect(r);
+      if (pm == nullptr) {
+        p.fillRect(r, fill);
+        continue;
+      }
       // The backdrop is drawn at its own size from the top left, as a
       // window background; anything it leaves uncovered gets the fill.
-      const QSizeF logical = pm.deviceIndependentSize();
-      if (logical.width() < width() || logical.height() < height()) p.fillRect(rect(), fill);
-      p.drawPixmap(0, 0, pm);
-    } else {
-      p.fillRect(rect(), fill);
+      const QSizeF logical = pm->deviceIndependentSize();
+      if (logical.width() < width() || logical.height() < height()) p.fillRect(r, fill);
+      p.drawPixmap(0, 0, *pm);
     }
   }
 
