@@ -93,6 +93,18 @@ Window::~Window() {
 }
 
 void Window::Constructor() {
+  // A window that Qt shows while it is being built polishes, lays out and
+  // repaints each control as it comes; made visible only when its building
+  // is over, it does so once for all of them. The window shows then even if
+  // a step failed, as it would had it been shown when its layout said so.
+  building_ = true;
+  struct ShowWhenBuilt {
+    Window& window;
+    ~ShowWhenBuilt() {
+      window.building_ = false;
+      window.top_->setVisible(window.visible_);
+    }
+  } showWhenBuilt{*this};
   Layout();
   CreateControls();
   Dispatch([this] { Open(); });
@@ -166,7 +178,7 @@ void Window::SetTitle(const String& v) {
 
 void Window::SetVisible(bool v) {
   visible_ = v;
-  top_->setVisible(v);
+  if (!building_) top_->setVisible(v);
 }
 
 void Window::SetFullScreen(bool v) {

@@ -129,6 +129,7 @@ class Window : public Object {
   bool closeButton_ = true, resizeable_ = true, maximizeButton_ = true, minimizeButton_ = true,
        fullScreenButton_ = false, visible_ = false, fullScreen_ = false, hasBackColor_ = false,
        menuBarVisible_ = true, composite_ = false, liveResize_ = true;
+  bool building_ = false;  // inside Constructor: showing waits for its end
   Color backColor_ = 0xFFFFFF;
   Integer frame_ = 0, placement_ = 0, macProcID_ = 0;
   std::shared_ptr<Picture> backdrop_;
