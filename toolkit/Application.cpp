@@ -40,11 +40,6 @@ void RuntimeInit(int& argc, char** argv) {
 
 void EnsureGui() {
   if (QCoreApplication::instance() != nullptr) return;
-  // Qt keeps rendered glyphs only up to 64 pixels and draws larger text as
-  // outlines at every paint; the called number is 230 pixels tall and is
-  // redrawn at every press, so its digits are kept too. Qt reads this once,
-  // at its first text; an operator's own setting wins.
-  if (!qEnvironmentVariableIsSet("QT_MAX_CACHED_GLYPH_SIZE")) qputenv("QT_MAX_CACHED_GLYPH_SIZE", "256");
 #ifndef Q_OS_MACOS
   // The menu bar belongs to the window, whose layout lies below it, on
   // every platform but the Mac, whose menus live at the top of the screen.

@@ -1,0 +1,40 @@
+// What the window really draws after a few presses: the numbers' pixels in
+// their colours, not only the labels' texts.
+#include <QImage>
+#include <QPixmap>
+#include <QWidget>
+
+#include "tests/game/GameFixture.h"
+#include "window/LayoutData.h"
+
+namespace testgame {
+namespace {
+
+// Pixels of exactly that colour inside the named label's rectangle.
+int Pixels(const QImage& shot, const char* label, QRgb colour) {
+  for (const auto& l : layout::Labels()) {
+    if (std::string(l.name) != label) continue;
+    const QRect area = QRect(int(l.left), int(l.top), int(l.width), int(l.height)) & shot.rect();
+    int n = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+      for (int x = area.left(); x <= area.right(); ++x) n += (shot.pixel(x, y) & 0xFFFFFF) == colour;
+    }
+    return n;
+  }
+  ADD_FAILURE() << "no label " << label;
+  return 0;
+}
+
+TEST_F(GameTest, TheCalledNumbersAreDrawnLargeInTheirColours) {
+  Open({OrderA()});
+  for (int i = 0; i < 12; ++i) Press();  // past the fifth number's flash
+  const QImage shot = window->Content()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+  // Solid strokes of two digits at 230, 80 and 55 pixels; only the
+  // anti-aliased edges differ from the colour.
+  EXPECT_GT(Pixels(shot, "MainNumber", 0xFFFFFF), 4000);
+  EXPECT_GT(Pixels(shot, "NumbersGone", 0x22FF0C), 600);
+  EXPECT_GT(Pixels(shot, "LastNumber", 0xFF7F00), 250);
+}
+
+}  // namespace
+}  // namespace testgame
