@@ -3,7 +3,7 @@
 // drawn to; the pixels are then read back to tell a real change from noise.
 //
 //   xprobe press [--games G] [--settle-ms S] TARGET...
-//     TARGET is display=:N,name=TITLE[,caller=1][,flash=1][,dialog=1][,pid=P]
+//     TARGET is display=:N,name=TITLE[,caller=1][,flash=1][,dialog=1][,pid=P][,ink=RRGGBB]
 //     Plays G games of 90 Return presses on each target in turn (a game on
 //     one, then a game on the next), timing each press from the key event
 //     to the first damage after which the big number's pixels differ.
@@ -188,6 +188,7 @@ std::optional<Clock::time_point> NextDamage(Display* dpy, int damageEvent, Damag
 struct Target {
   std::string display, name;
   bool caller = false, flash = false, dialog = false;
+  unsigned long ink = 0xFFFFFF;  // the big number's colour just after a press
   pid_t pid = 0;
   Display* dpy = nullptr;
   Window win = 0;
@@ -212,6 +213,7 @@ Target ParseTarget(const std::string& options) {
     else if (key == "flash") t.flash = value == "1";
     else if (key == "dialog") t.dialog = value == "1";
     else if (key == "pid") t.pid = static_cast<pid_t>(std::atol(value.c_str()));
+    else if (key == "ink") t.ink = std::stoul(value, nullptr, 16);
     else Die("unknown target field " + key);
   }
   return t;
@@ -300,9 +302,19 @@ void WaitForTick(Target& t) {
   WaitChange(t, t.number, before, std::chrono::seconds(2));
 }
 
+// A press is timed to the first change of the number's pixels; that the
+// change was a number drawn, and not one wiped, is checked once it has
+// settled, untimed: a few hundred pixels in the number's own colour.
+void CheckInk(Target& t, int press) {
+  if (CountColour(t.dpy, t.win, t.number, t.ink) < 300) {
+    Die("press " + std::to_string(press) + " on '" + t.name + "' left no number drawn in its colour");
+  }
+}
+
 void PlayGame(Target& t, int settleMs, bool first) {
   for (int press = 1; press <= 90; ++press) {
     Settle(t, settleMs);
+    if (press > 1) CheckInk(t, press - 1);
     if (t.flash && press == 6) WaitForTick(t);
     const auto before = Grab(t.dpy, t.win, t.number);
     const auto sent = Clock::now();
@@ -313,6 +325,8 @@ void PlayGame(Target& t, int settleMs, bool first) {
     t.times.push_back(ms);
     if (first) t.firstGame.push_back(ms);
   }
+  Settle(t, settleMs);
+  CheckInk(t, 90);
   if (t.dialog) {
     // The end question comes up as a window of its own; given the focus,
     // Return answers Yes, and the new game shows "0".

@@ -47,7 +47,7 @@ DISPLAY=$d_bare "$bin/bench_bare_window" 2>"$work/bare.log" & p_bare=$!; pids+=(
 DISPLAY=$d_off "$calloquin" 2>"$work/off.log" & p_off=$!; pids+=($p_off)
 DISPLAY=$d_on "$calloquin" 2>"$work/on.log" & p_on=$!; pids+=($p_on)
 "$bin/bench_xprobe" press --games "$games" \
-  "display=$d_bare,name=Bare,pid=$p_bare" \
+  "display=$d_bare,name=Bare,ink=AAAAAA,pid=$p_bare" \
   "display=$d_off,name=Calloquin,flash=1,dialog=1,pid=$p_off" \
   "display=$d_on,name=Calloquin,caller=1,flash=1,dialog=1,pid=$p_on" | tee "$work/press.txt"
 # SIGKILL: no orderly end is being measured here.
