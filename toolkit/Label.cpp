@@ -1,14 +1,34 @@
 #include "toolkit/Label.h"
 
 #include <QLabel>
+#include <QPainter>
 #include <QPalette>
 
 #include "toolkit/Application.h"
+#include "toolkit/BigText.h"
 #include "toolkit/Font.h"
 
 namespace tk {
+namespace {
 
-Label::Label() : RectControl((EnsureGui(), new QLabel)) {
+// A label whose large single-line text is drawn from kept glyph images;
+// any other text is drawn by QLabel itself.
+class TextLabel : public QLabel {
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (font().pixelSize() < kBigTextPixels || wordWrap() || textInteractionFlags() != Qt::NoTextInteraction ||
+        !(alignment() & Qt::AlignTop) || text().contains(QLatin1Char('\n'))) {
+      QLabel::paintEvent(event);
+      return;
+    }
+    QPainter painter(this);
+    DrawBigText(painter, contentsRect(), alignment(), font(), palette().color(foregroundRole()), text());
+  }
+};
+
+}  // namespace
+
+Label::Label() : RectControl((EnsureGui(), new TextLabel)) {
   QLabel* l = label();
   l->setTextFormat(Qt::PlainText);  // a call is text, never markup
   l->setFocusPolicy(Qt::NoFocus);   // a label takes no focus, so never steals Return

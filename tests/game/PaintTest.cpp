@@ -25,10 +25,19 @@ int Pixels(const QImage& shot, const char* label, QRgb colour) {
   return 0;
 }
 
+QImage Shot(Window1& window) { return window.Content()->grab().toImage().convertToFormat(QImage::Format_RGB32); }
+
 TEST_F(GameTest, TheCalledNumbersAreDrawnLargeInTheirColours) {
   Open({OrderA()});
-  for (int i = 0; i < 12; ++i) Press();  // past the fifth number's flash
-  const QImage shot = window->Content()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+  for (int i = 0; i < 5; ++i) Press();
+  // The fifth number flashes: the same digits, drawn black at a tick.
+  const int white = Pixels(Shot(*window), "MainNumber", 0xFFFFFF);
+  Tick();
+  const QImage dark = Shot(*window);
+  EXPECT_GT(Pixels(dark, "MainNumber", 0x000000), 4000);
+  EXPECT_LT(Pixels(dark, "MainNumber", 0xFFFFFF), white - 4000);
+  for (int i = 5; i < 12; ++i) Press();
+  const QImage shot = Shot(*window);
   // Solid strokes of two digits at 230, 80 and 55 pixels; only the
   // anti-aliased edges differ from the colour.
   EXPECT_GT(Pixels(shot, "MainNumber", 0xFFFFFF), 4000);
