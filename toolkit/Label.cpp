@@ -11,19 +11,45 @@
 namespace tk {
 namespace {
 
-// A label whose large single-line text is drawn from kept glyph images;
-// any other text is drawn by QLabel itself.
+// A label that paints its text in a colour of its own: setting a colour
+// is then a repaint, where a palette change would propagate through Qt
+// (every press colours two labels, every new game 90). Large single-line
+// text comes from kept glyph images. Selectable text is QLabel's to draw,
+// with its palette.
 class TextLabel : public QLabel {
+ public:
+  void SetColour(const QColor& colour) {
+    if (colour == colour_) return;
+    colour_ = colour;
+    if (textInteractionFlags() != Qt::NoTextInteraction) ApplyPalette();
+    update();
+  }
+  // Selectable text is drawn by QLabel, from the palette.
+  void ApplyPalette() {
+    QPalette palette = this->palette();
+    for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) palette.setColor(group, QPalette::WindowText, colour_);
+    setPalette(palette);
+  }
+
  protected:
   void paintEvent(QPaintEvent* event) override {
-    if (font().pixelSize() < kBigTextPixels || wordWrap() || textInteractionFlags() != Qt::NoTextInteraction ||
-        !(alignment() & Qt::AlignTop) || text().contains(QLatin1Char('\n'))) {
+    if (textInteractionFlags() != Qt::NoTextInteraction) {
       QLabel::paintEvent(event);
       return;
     }
     QPainter painter(this);
-    DrawBigText(painter, contentsRect(), alignment(), font(), palette().color(foregroundRole()), text());
+    if (font().pixelSize() >= kBigTextPixels && !wordWrap() && (alignment() & Qt::AlignTop) &&
+        !text().contains(QLatin1Char('\n'))) {
+      DrawBigText(painter, contentsRect(), alignment(), font(), colour_, text());
+      return;
+    }
+    // What QLabel draws for plain text, in the label's own colour.
+    painter.setPen(colour_);
+    painter.drawText(contentsRect(), static_cast<int>(alignment()) | (wordWrap() ? Qt::TextWordWrap : 0), text());
   }
+
+ private:
+  QColor colour_ = Qt::black;
 };
 
 }  // namespace
@@ -48,20 +74,8 @@ void Label::SetText(const String& text) {
 }
 
 void Label::SetTextColor(Color color) {
-  const bool same = color_ == color && paletteSet_;
   color_ = color;
-  paletteSet_ = true;
-  // Restating the colour a label already has is common (every call sets
-  // the big number white, to end a flash); a palette change costs a
-  // propagation through Qt, so only a real change makes one.
-  if (same) {
-    if (changed_) changed_(*this);
-    return;
-  }
-  QPalette palette = label()->palette();
-  const QColor c(static_cast<QRgb>(0xFF000000u | (color & 0xFFFFFFu)));
-  for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) palette.setColor(group, QPalette::WindowText, c);
-  label()->setPalette(palette);
+  static_cast<TextLabel*>(label())->SetColour(QColor(static_cast<QRgb>(0xFF000000u | (color & 0xFFFFFFu))));
   if (changed_) changed_(*this);
 }
 
@@ -89,6 +103,7 @@ void Label::SetTransparent(bool v) {
 void Label::SetSelectable(bool v) {
   selectable_ = v;
   label()->setTextInteractionFlags(v ? Qt::TextSelectableByMouse : Qt::NoTextInteraction);
+  if (v) static_cast<TextLabel*>(label())->ApplyPalette();
 }
 
 void Label::SetMultiline(bool v) {

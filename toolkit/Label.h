@@ -53,7 +53,6 @@ class Label : public RectControl, public TextStyle {
   Color color_ = 0;
   Integer align_ = 0;
   bool transparent_ = true, selectable_ = false, multiline_ = false;
-  bool paletteSet_ = false;  // color_ is in the widget's palette
   String dataField_, dataSource_;
   ChangeHandler changed_;
 };
