@@ -1,6 +1,9 @@
 // What the window really draws after a few presses: the numbers' pixels in
 // their colours, not only the labels' texts.
+#include <QCoreApplication>
 #include <QImage>
+#include <QMainWindow>
+#include <QScreen>
 #include <QPixmap>
 #include <QWidget>
 
@@ -43,6 +46,27 @@ TEST_F(GameTest, TheCalledNumbersAreDrawnLargeInTheirColours) {
   EXPECT_GT(Pixels(shot, "MainNumber", 0xFFFFFF), 4000);
   EXPECT_GT(Pixels(shot, "NumbersGone", 0x22FF0C), 600);
   EXPECT_GT(Pixels(shot, "LastNumber", 0xFF7F00), 250);
+}
+
+// Each press repaints only what changed; what is then on the screen must
+// be what a paint of the whole window shows, or a part was left stale.
+TEST_F(GameTest, AfterEachPressTheScreenShowsWhatAWholePaintWould) {
+  Open({OrderA()});
+  QWidget* top = window->TopLevel();
+  QCoreApplication::processEvents();
+  for (int i = 0; i < 20; ++i) {
+    Press();
+    if (i == 4) Tick();  // the flash's black, then white again at the next press
+    QCoreApplication::processEvents();
+    const QImage screen = top->screen()->grabWindow(top->winId()).toImage().convertToFormat(QImage::Format_RGB32);
+    const QImage whole = top->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    ASSERT_EQ(screen.size(), whole.size());
+    int stale = 0;
+    for (int y = 0; y < whole.height(); ++y) {
+      for (int x = 0; x < whole.width(); ++x) stale += screen.pixel(x, y) != whole.pixel(x, y);
+    }
+    EXPECT_EQ(stale, 0) << "after press " << i + 1;
+  }
 }
 
 }  // namespace
