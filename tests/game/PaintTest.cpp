@@ -48,25 +48,39 @@ TEST_F(GameTest, TheCalledNumbersAreDrawnLargeInTheirColours) {
   EXPECT_GT(Pixels(shot, "LastNumber", 0xFF7F00), 250);
 }
 
-// Each press repaints only what changed; what is then on the screen must
-// be what a paint of the whole window shows, or a part was left stale.
+// Pixels on the screen that differ from a paint of the whole window.
+int Stale(QWidget* top) {
+  QCoreApplication::processEvents();
+  const QImage screen = top->screen()->grabWindow(top->winId()).toImage().convertToFormat(QImage::Format_RGB32);
+  const QImage whole = top->grab().toImage().convertToFormat(QImage::Format_RGB32);
+  if (screen.size() != whole.size()) return -1;
+  int stale = 0;
+  for (int y = 0; y < whole.height(); ++y) {
+    for (int x = 0; x < whole.width(); ++x) stale += screen.pixel(x, y) != whole.pixel(x, y);
+  }
+  return stale;
+}
+
+// Each press repaints only what changed, and buttons copy their kept look;
+// what is then on the screen must be what a paint of the whole window
+// shows, or a part was left stale.
 TEST_F(GameTest, AfterEachPressTheScreenShowsWhatAWholePaintWould) {
   Open({OrderA()});
   QWidget* top = window->TopLevel();
-  QCoreApplication::processEvents();
   for (int i = 0; i < 20; ++i) {
     Press();
     if (i == 4) Tick();  // the flash's black, then white again at the next press
-    QCoreApplication::processEvents();
-    const QImage screen = top->screen()->grabWindow(top->winId()).toImage().convertToFormat(QImage::Format_RGB32);
-    const QImage whole = top->grab().toImage().convertToFormat(QImage::Format_RGB32);
-    ASSERT_EQ(screen.size(), whole.size());
-    int stale = 0;
-    for (int y = 0; y < whole.height(); ++y) {
-      for (int x = 0; x < whole.width(); ++x) stale += screen.pixel(x, y) != whole.pixel(x, y);
-    }
-    EXPECT_EQ(stale, 0) << "after press " << i + 1;
+    EXPECT_EQ(Stale(top), 0) << "after press " << i + 1;
   }
+  // A button keeps an image of its look: the switch's new caption must
+  // still show, and the old one again when it is switched back.
+  QWidget* caller = window->PushButton1()->Widget();
+  const QImage off = caller->grab().toImage();
+  window->PushButton1()->Push();
+  EXPECT_EQ(Stale(top), 0) << "after the caller switch";
+  EXPECT_NE(caller->grab().toImage(), off);
+  window->PushButton1()->Push();
+  EXPECT_EQ(caller->grab().toImage(), off);
 }
 
 }  // namespace
