@@ -48,21 +48,18 @@ class Window::Surface : public QWidget {
     QPainter p(this);
     const QColor fill = owner_.HasBackColor() ? QColor(static_cast<QRgb>(0xFF000000u | owner_.BackColor())) : kPlainBackground;
     const QPixmap* pm = owner_.Backdrop() ? &owner_.Backdrop()->Pixmap() : nullptr;
+    // The backdrop is drawn at its own size from the top left, as a window
+    // background; anything it leaves uncovered gets the fill.
+    const QSizeF logical = pm != nullptr ? pm->deviceIndependentSize() : QSizeF();
+    const bool uncovered = logical.width() < width() || logical.height() < height();
     // A press dirties a handful of separate labels. Painting each of their
     // rectangles on its own keeps every clip a plain rectangle, for which
     // the raster engine copies the backdrop's rows straight; a clip of many
     // rectangles sends the same pixels through its general span path.
     for (const QRect& r : event->region()) {
       p.setClipRect(r);
-      if (pm == nullptr) {
-        p.fillRect(r, fill);
-        continue;
-      }
-      // The backdrop is drawn at its own size from the top left, as a
-      // window background; anything it leaves uncovered gets the fill.
-      const QSizeF logical = pm->deviceIndependentSize();
-      if (logical.width() < width() || logical.height() < height()) p.fillRect(r, fill);
-      p.drawPixmap(0, 0, *pm);
+      if (uncovered) p.fillRect(r, fill);
+      if (pm != nullptr) p.drawPixmap(0, 0, *pm);
     }
   }
 

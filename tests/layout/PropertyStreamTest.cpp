@@ -118,12 +118,17 @@ TEST(PropertyStream, UnknownNamesAndShortStreamsStopWithTheObjectPropertyAndOffs
 
 }  // namespace
 
+// A label of the window, under that name.
+static tk::Label& AddLabel(tk::Window& window, const char* name) {
+  tk::Label& label = window.New<tk::Label>();
+  window.AddControl(name, label);
+  return label;
+}
+
 TEST(PropertyStream, AControlCannotLieInItselfOrInItsOwnChild) {
   tk::Window window;
-  tk::Label& outer = window.New<tk::Label>();
-  window.AddControl("Outer", outer);
-  tk::Label& inner = window.New<tk::Label>();
-  window.AddControl("Inner", inner);
+  tk::Label& outer = AddLabel(window, "Outer");
+  tk::Label& inner = AddLabel(window, "Inner");
   tk::SetProperties(inner, tk::StreamBuilder().s("InitialParent", "Outer").Bytes());
   // Qt would loop for ever on either.
   EXPECT_THROW(tk::SetProperties(outer, tk::StreamBuilder().s("InitialParent", "Outer").Bytes()),
@@ -138,10 +143,8 @@ TEST(PropertyStream, AControlCannotLieInItselfOrInItsOwnChild) {
 // What reaches Qt is brought into its range, what reads back is exact.
 TEST(PropertyStream, ExtremeGeometryReadsBackAndReachesQtWithoutOverflow) {
   tk::Window window;
-  tk::Label& parent = window.New<tk::Label>();
-  window.AddControl("Parent", parent);
-  tk::Label& child = window.New<tk::Label>();
-  window.AddControl("Child", child);
+  tk::Label& parent = AddLabel(window, "Parent");
+  tk::Label& child = AddLabel(window, "Child");
   constexpr tk::Integer kLow = std::numeric_limits<tk::Integer>::min(), kHigh = std::numeric_limits<tk::Integer>::max();
   tk::SetProperties(parent, tk::StreamBuilder().i8("Left", kHigh).i8("Top", kHigh).Bytes());
   tk::SetProperties(child, tk::StreamBuilder().s("InitialParent", "Parent").i8("Height", kHigh).i8("Width", kHigh)
