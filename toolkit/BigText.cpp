@@ -4,83 +4,144 @@
 #include <QHash>
 #include <QImage>
 #include <QPainter>
-#include <QPaintDevice>
 #include <QRawFont>
 #include <QTextLayout>
 
 #include <cmath>
 #include <limits>
+#include <map>
+#include <memory>
+#include <vector>
 
 namespace tk {
 namespace {
 
-struct GlyphKey {
-  QString font;  // QFont::key(): family, size, weight and the rest
+struct PlacedGlyph {
+  int font;         // index into the face's raw fonts (a fallback font has glyph numbers of its own)
+  quint32 glyph;
+  QPointF position;  // of its origin on the baseline, from the line's top left
+  QRect box;         // its outline's box with room for anti-aliased edges, from the origin
+};
+
+struct Line {
+  qreal width = 0;
+  std::vector<PlacedGlyph> glyphs;
+};
+
+struct ImageKey {
+  int font;
   quint32 glyph;
   QRgb colour;
   int ratio;  // device pixels per pixel, times 100
-  bool operator==(const GlyphKey&) const = default;
+  bool operator==(const ImageKey&) const = default;
 };
 
-size_t qHash(const GlyphKey& k, size_t seed = 0) { return qHashMulti(seed, k.font, k.glyph, k.colour, k.ratio); }
+size_t qHash(const ImageKey& k, size_t seed = 0) { return qHashMulti(seed, k.font, k.glyph, k.colour, k.ratio); }
 
-struct GlyphImage {
-  QImage image;   // the glyph in its colour on transparent pixels
-  QPoint offset;  // of the image's top left from the glyph's origin on the baseline
-};
-
-// Lives for the run: a game needs the ten digits in a few colours.
-QHash<GlyphKey, GlyphImage>& Cache() {
-  static QHash<GlyphKey, GlyphImage> cache;
-  return cache;
+// Where a glyph's image goes: its origin on a whole pixel, as drawText
+// would place it.
+QPoint TopLeft(const QPointF& origin, const PlacedGlyph& g) {
+  const QPointF at = origin + g.position;
+  return QPoint(qRound(at.x()) + g.box.left(), qRound(at.y()) + g.box.top());
 }
 
-const GlyphImage& Glyph(const QRawFont& raw, const QString& fontKey, quint32 glyph, const QColor& colour, qreal ratio) {
-  const GlyphKey key{fontKey, glyph, colour.rgba(), static_cast<int>(std::lround(ratio * 100))};
-  auto it = Cache().constFind(key);
-  if (it != Cache().constEnd()) return *it;
-  // Two pixels of room round the outline's box for anti-aliased edges.
-  const QRect box = raw.boundingRect(glyph).toAlignedRect().adjusted(-2, -2, 2, 2);
-  QImage image(box.size() * ratio, QImage::Format_ARGB32_Premultiplied);
-  image.setDevicePixelRatio(ratio);
-  image.fill(Qt::transparent);
-  QGlyphRun run;
-  run.setRawFont(raw);
-  run.setGlyphIndexes({glyph});
-  run.setPositions({QPointF(0, 0)});
-  QPainter p(&image);
-  p.setPen(colour);
-  p.drawGlyphRun(QPointF(-box.left(), -box.top()), run);
-  p.end();
-  return *Cache().insert(key, GlyphImage{image, box.topLeft()});
+QPointF Origin(const QRect& rect, Qt::Alignment alignment, qreal width) {
+  qreal x = rect.left();
+  if (alignment & Qt::AlignHCenter) x += (rect.width() - width) / 2;
+  if (alignment & Qt::AlignRight) x += rect.width() - width;
+  return {x, static_cast<qreal>(rect.top())};
 }
 
 }  // namespace
 
-void DrawBigText(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QFont& font, const QColor& colour,
-                 const QString& text) {
-  QTextLayout layout(text, font, painter.device());
-  layout.beginLayout();
-  QTextLine line = layout.createLine();
-  if (!line.isValid()) return;
-  line.setLineWidth(std::numeric_limits<int>::max() / 256);
-  layout.endLayout();
-  const qreal width = line.naturalTextWidth();
-  qreal x = rect.left();
-  if (alignment & Qt::AlignHCenter) x += (rect.width() - width) / 2;
-  if (alignment & Qt::AlignRight) x += rect.width() - width;
-  const QPointF origin(x, rect.top());
-  const QString fontKey = font.key();
-  const qreal ratio = painter.device() != nullptr ? painter.device()->devicePixelRatio() : 1.0;
-  for (const QGlyphRun& run : line.glyphRuns()) {
-    const QList<quint32> glyphs = run.glyphIndexes();
-    const QList<QPointF> positions = run.positions();
-    for (qsizetype i = 0; i < glyphs.size(); ++i) {
-      const GlyphImage& g = Glyph(run.rawFont(), fontKey, glyphs[i], colour, ratio);
-      const QPointF at = origin + positions[i];
-      painter.drawImage(QPoint(qRound(at.x()) + g.offset.x(), qRound(at.y()) + g.offset.y()), g.image);
+// Everything kept for one font. Lives for the run: a game needs the
+// numbers 1 to 90 in a few colours.
+struct BigText::Face {
+  QFont font;
+  std::vector<QRawFont> raws;
+  QHash<QString, Line> lines;
+  QHash<ImageKey, QImage> images;
+
+  const Line& LineOf(const QString& text) {
+    auto it = lines.constFind(text);
+    if (it != lines.constEnd()) return *it;
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    QTextLine textLine = layout.createLine();
+    Line line;
+    if (textLine.isValid()) {
+      textLine.setLineWidth(std::numeric_limits<int>::max() / 256);
+      layout.endLayout();
+      line.width = textLine.naturalTextWidth();
+      for (const QGlyphRun& run : textLine.glyphRuns()) {
+        const int font = RawIndex(run.rawFont());
+        const QList<quint32> glyphs = run.glyphIndexes();
+        const QList<QPointF> positions = run.positions();
+        for (qsizetype i = 0; i < glyphs.size(); ++i) {
+          const QRect box = run.rawFont().boundingRect(glyphs[i]).toAlignedRect().adjusted(-2, -2, 2, 2);
+          line.glyphs.push_back({font, glyphs[i], positions[i], box});
+        }
+      }
+    } else {
+      layout.endLayout();
     }
+    return *lines.insert(text, std::move(line));
   }
+
+  int RawIndex(const QRawFont& raw) {
+    for (size_t i = 0; i < raws.size(); ++i) {
+      if (raws[i] == raw) return static_cast<int>(i);
+    }
+    raws.push_back(raw);
+    return static_cast<int>(raws.size() - 1);
+  }
+
+  const QImage& ImageOf(const PlacedGlyph& g, const QColor& colour, qreal ratio) {
+    const ImageKey key{g.font, g.glyph, colour.rgba(), static_cast<int>(std::lround(ratio * 100))};
+    auto it = images.constFind(key);
+    if (it != images.constEnd()) return *it;
+    QImage image(g.box.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    QGlyphRun run;
+    run.setRawFont(raws[static_cast<size_t>(g.font)]);
+    run.setGlyphIndexes({g.glyph});
+    run.setPositions({QPointF(0, 0)});
+    QPainter p(&image);
+    p.setPen(colour);
+    p.drawGlyphRun(QPointF(-g.box.left(), -g.box.top()), run);
+    p.end();
+    return *images.insert(key, image);
+  }
+};
+
+void BigText::SetFont(const QFont& font) {
+  static std::map<QString, std::unique_ptr<Face>> faces;
+  std::unique_ptr<Face>& face = faces[font.key()];
+  if (!face) {
+    face = std::make_unique<Face>();
+    face->font = font;
+  }
+  face_ = face.get();
+}
+
+void BigText::Draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QColor& colour,
+                   const QString& text, qreal ratio) const {
+  if (face_ == nullptr) return;
+  const Line& line = face_->LineOf(text);
+  const QPointF origin = Origin(rect, alignment, line.width);
+  for (const PlacedGlyph& g : line.glyphs) painter.drawImage(TopLeft(origin, g), face_->ImageOf(g, colour, ratio));
+}
+
+QRect BigText::Ink(const QRect& rect, Qt::Alignment alignment, const QString& text) const {
+  if (face_ == nullptr) return rect;
+  const Line& line = face_->LineOf(text);
+  const QPointF origin = Origin(rect, alignment, line.width);
+  QRect ink;
+  for (const PlacedGlyph& g : line.glyphs) ink |= QRect(TopLeft(origin, g), g.box.size());
+  // A pixel more each way: at a fractional pixel ratio an image's edge
+  // falls between two pixels.
+  return ink.isNull() ? ink : ink.adjusted(-1, -1, 1, 1);
 }
 
 }  // namespace tk

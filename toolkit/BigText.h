@@ -1,8 +1,9 @@
 #pragma once
 // One line of text at sizes Qt draws from outlines at every paint (it keeps
-// rendered glyphs only up to 64 pixels). Each glyph is rendered once per
-// font and colour and then copied: the called number, 230 pixels tall,
-// changes at every press.
+// rendered glyphs only up to 64 pixels). The called number, 230 pixels
+// tall, changes at every press, and its texts repeat from game to game: so
+// each text is laid out once per font, each glyph rendered once per font
+// and colour, and a paint only copies images.
 #include <QColor>
 #include <QFont>
 #include <QRect>
@@ -15,9 +16,24 @@ namespace tk {
 // Sizes from which glyphs are kept here rather than drawn from outlines.
 constexpr int kBigTextPixels = 65;
 
-// Draws text as QPainter::drawText would with the rectangle and Qt::AlignTop
-// and the given horizontal alignment, each glyph placed on a whole pixel.
-void DrawBigText(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QFont& font, const QColor& colour,
-                 const QString& text);
+class BigText {
+ public:
+  // Finds (or starts) the kept layouts and glyphs of this font.
+  void SetFont(const QFont& font);
+
+  // Draws text as QPainter::drawText would with the rectangle and
+  // Qt::AlignTop and the given horizontal alignment, each glyph placed on
+  // a whole pixel.
+  void Draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QColor& colour, const QString& text,
+            qreal ratio) const;
+
+  // What Draw covers of the rectangle for this text (glyphs' edges
+  // included): the part of a label that changes when the text does.
+  QRect Ink(const QRect& rect, Qt::Alignment alignment, const QString& text) const;
+
+ private:
+  struct Face;
+  Face* face_ = nullptr;
+};
 
 }  // namespace tk

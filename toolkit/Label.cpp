@@ -1,6 +1,8 @@
 #include "toolkit/Label.h"
 
+#include <QEvent>
 #include <QLabel>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPalette>
 
@@ -18,11 +20,13 @@ namespace {
 // with its palette.
 class TextLabel : public QLabel {
  public:
+  TextLabel() { big_.SetFont(font()); }
+
   void SetColour(const QColor& colour) {
     if (colour == colour_) return;
     colour_ = colour;
     if (textInteractionFlags() != Qt::NoTextInteraction) ApplyPalette();
-    update();
+    update(IsBig(text()) ? big_.Ink(contentsRect(), alignment(), text()) : contentsRect());
   }
   // Selectable text is drawn by QLabel, from the palette.
   void ApplyPalette() {
@@ -31,16 +35,42 @@ class TextLabel : public QLabel {
     setPalette(palette);
   }
 
+  void SetContent(const QString& next) {
+    if (next == text()) return;
+    if (!IsBig(text()) || !IsBig(next) || !updatesEnabled()) {
+      setText(next);
+      return;
+    }
+    // The big number is mostly backdrop: only what the old text covered
+    // and what the new one will is painted again, so that a press copies
+    // and sends a third of the label's pixels.
+    const QRect changed = big_.Ink(contentsRect(), alignment(), text()) | big_.Ink(contentsRect(), alignment(), next);
+    setAttribute(Qt::WA_UpdatesDisabled, true);
+    setText(next);
+    setAttribute(Qt::WA_UpdatesDisabled, false);
+    update(changed);
+  }
+
  protected:
+  void changeEvent(QEvent* event) override {
+    if (event->type() == QEvent::FontChange) big_.SetFont(font());
+    QLabel::changeEvent(event);
+  }
+
   void paintEvent(QPaintEvent* event) override {
     if (textInteractionFlags() != Qt::NoTextInteraction) {
       QLabel::paintEvent(event);
       return;
     }
     QPainter painter(this);
-    if (font().pixelSize() >= kBigTextPixels && !wordWrap() && (alignment() & Qt::AlignTop) &&
-        !text().contains(QLatin1Char('\n'))) {
-      DrawBigText(painter, contentsRect(), alignment(), font(), colour_, text());
+    if (IsBig(text())) {
+      // Under a plain rectangular clip the raster engine blends each glyph
+      // image row by row; under a clip of several rectangles (a neighbour's
+      // repaint reaching in) it sends every pixel through its span path.
+      for (const QRect& r : event->region()) {
+        painter.setClipRect(r);
+        big_.Draw(painter, contentsRect(), alignment(), colour_, text(), devicePixelRatio());
+      }
       return;
     }
     // What QLabel draws for plain text, in the label's own colour.
@@ -49,7 +79,14 @@ class TextLabel : public QLabel {
   }
 
  private:
+  // One line of large plain text comes from kept images.
+  bool IsBig(const QString& text) const {
+    return textInteractionFlags() == Qt::NoTextInteraction && font().pixelSize() >= kBigTextPixels && !wordWrap() &&
+           (alignment() & Qt::AlignTop) && !text.contains(QLatin1Char('\n'));
+  }
+
   QColor colour_ = Qt::black;
+  BigText big_;
 };
 
 }  // namespace
@@ -69,7 +106,7 @@ QLabel* Label::label() const { return static_cast<QLabel*>(Widget()); }
 
 void Label::SetText(const String& text) {
   text_ = text;
-  label()->setText(QString::fromStdString(text));
+  static_cast<TextLabel*>(label())->SetContent(QString::fromStdString(text));
   if (changed_) changed_(*this);
 }
 
