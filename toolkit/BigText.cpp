@@ -3,6 +3,7 @@
 #include <QGlyphRun>
 #include <QHash>
 #include <QImage>
+#include <QPaintDevice>
 #include <QPainter>
 #include <QRawFont>
 #include <QTextLayout>
@@ -62,10 +63,12 @@ struct BigText::Face {
   QHash<QString, Line> lines;
   QHash<ImageKey, QImage> images;
 
-  const Line& LineOf(const QString& text) {
+  // Laid out for the device it is drawn on, as drawText would: that way
+  // the layout shares the font engine Qt made for the widget.
+  const Line& LineOf(const QString& text, QPaintDevice* device) {
     auto it = lines.constFind(text);
     if (it != lines.constEnd()) return *it;
-    QTextLayout layout(text, font);
+    QTextLayout layout(text, font, device);
     layout.beginLayout();
     QTextLine textLine = layout.createLine();
     Line line;
@@ -116,26 +119,35 @@ struct BigText::Face {
 };
 
 void BigText::SetFont(const QFont& font) {
-  static std::map<QString, std::unique_ptr<Face>> faces;
-  std::unique_ptr<Face>& face = faces[font.key()];
-  if (!face) {
-    face = std::make_unique<Face>();
-    face->font = font;
+  font_ = font;
+  face_ = nullptr;
+}
+
+// Found when first drawn: a label's font changes several times while its
+// properties are set, and only the last one is ever drawn.
+BigText::Face& BigText::FaceOf() const {
+  if (face_ == nullptr) {
+    static std::map<QString, std::unique_ptr<Face>> faces;
+    std::unique_ptr<Face>& face = faces[font_.key()];
+    if (!face) {
+      face = std::make_unique<Face>();
+      face->font = font_;
+    }
+    face_ = face.get();
   }
-  face_ = face.get();
+  return *face_;
 }
 
 void BigText::Draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QColor& colour,
                    const QString& text, qreal ratio) const {
-  if (face_ == nullptr) return;
-  const Line& line = face_->LineOf(text);
+  Face& face = FaceOf();
+  const Line& line = face.LineOf(text, painter.device());
   const QPointF origin = Origin(rect, alignment, line.width);
-  for (const PlacedGlyph& g : line.glyphs) painter.drawImage(TopLeft(origin, g), face_->ImageOf(g, colour, ratio));
+  for (const PlacedGlyph& g : line.glyphs) painter.drawImage(TopLeft(origin, g), face.ImageOf(g, colour, ratio));
 }
 
-QRect BigText::Ink(const QRect& rect, Qt::Alignment alignment, const QString& text) const {
-  if (face_ == nullptr) return rect;
-  const Line& line = face_->LineOf(text);
+QRect BigText::Ink(QPaintDevice* device, const QRect& rect, Qt::Alignment alignment, const QString& text) const {
+  const Line& line = FaceOf().LineOf(text, device);
   const QPointF origin = Origin(rect, alignment, line.width);
   QRect ink;
   for (const PlacedGlyph& g : line.glyphs) ink |= QRect(TopLeft(origin, g), g.box.size());

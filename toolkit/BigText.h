@@ -9,6 +9,7 @@
 #include <QRect>
 #include <QString>
 
+class QPaintDevice;
 class QPainter;
 
 namespace tk {
@@ -18,7 +19,7 @@ constexpr int kBigTextPixels = 65;
 
 class BigText {
  public:
-  // Finds (or starts) the kept layouts and glyphs of this font.
+  // The font to draw in; its kept layouts and glyphs are found when needed.
   void SetFont(const QFont& font);
 
   // Draws text as QPainter::drawText would with the rectangle and
@@ -29,11 +30,14 @@ class BigText {
 
   // What Draw covers of the rectangle for this text (glyphs' edges
   // included): the part of a label that changes when the text does.
-  QRect Ink(const QRect& rect, Qt::Alignment alignment, const QString& text) const;
+  QRect Ink(QPaintDevice* device, const QRect& rect, Qt::Alignment alignment, const QString& text) const;
 
  private:
   struct Face;
-  Face* face_ = nullptr;
+  Face& FaceOf() const;
+
+  QFont font_;
+  mutable Face* face_ = nullptr;
 };
 
 }  // namespace tk

@@ -26,7 +26,8 @@ class TextLabel : public QLabel {
     if (colour == colour_) return;
     colour_ = colour;
     if (textInteractionFlags() != Qt::NoTextInteraction) ApplyPalette();
-    update(IsBig(text()) ? big_.Ink(contentsRect(), alignment(), text()) : contentsRect());
+    // Not laid out before the label shows: its font may not be final yet.
+    if (isVisible()) update(IsBig(text()) ? big_.Ink(this, contentsRect(), alignment(), text()) : contentsRect());
   }
   // Selectable text is drawn by QLabel, from the palette.
   void ApplyPalette() {
@@ -37,14 +38,14 @@ class TextLabel : public QLabel {
 
   void SetContent(const QString& next) {
     if (next == text()) return;
-    if (!IsBig(text()) || !IsBig(next) || !updatesEnabled()) {
+    if (!isVisible() || !updatesEnabled() || !IsBig(text()) || !IsBig(next)) {
       setText(next);
       return;
     }
     // The big number is mostly backdrop: only what the old text covered
     // and what the new one will is painted again, so that a press copies
     // and sends a third of the label's pixels.
-    const QRect changed = big_.Ink(contentsRect(), alignment(), text()) | big_.Ink(contentsRect(), alignment(), next);
+    const QRect changed = big_.Ink(this, contentsRect(), alignment(), text()) | big_.Ink(this, contentsRect(), alignment(), next);
     setAttribute(Qt::WA_UpdatesDisabled, true);
     setText(next);
     setAttribute(Qt::WA_UpdatesDisabled, false);
