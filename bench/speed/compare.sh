@@ -40,5 +40,5 @@ for t in old new; do
   kill -9 "$p"; wait "$p" 2>/dev/null || true
 done
 DISPLAY=$d "$bin/bench_bare_window" & p=$!
-"$bin/bench_xprobe" press --games 1 "display=$d,name=Bare,pid=$p" | sed "s/^/memory bare: /; s/target=[^ ]* //"
+"$bin/bench_xprobe" press --games 1 "display=$d,name=Bare,ink=AAAAAA,pid=$p" | sed "s/^/memory bare: /; s/target=[^ ]* //"
 kill -9 "$p"
