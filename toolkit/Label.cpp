@@ -7,7 +7,7 @@
 #include <QPalette>
 
 #include "toolkit/Application.h"
-#include "toolkit/BigText.h"
+#include "toolkit/KeptText.h"
 #include "toolkit/Font.h"
 
 namespace tk {
@@ -20,14 +20,14 @@ namespace {
 // with its palette.
 class TextLabel : public QLabel {
  public:
-  TextLabel() { big_.SetFont(font()); }
+  TextLabel() { kept_.SetFont(font()); }
 
   void SetColour(const QColor& colour) {
     if (colour == colour_) return;
     colour_ = colour;
     if (textInteractionFlags() != Qt::NoTextInteraction) ApplyPalette();
     // Not laid out before the label shows: its font may not be final yet.
-    if (isVisible()) update(IsBig(text()) ? big_.Ink(this, contentsRect(), alignment(), text()) : contentsRect());
+    if (isVisible()) update(IsBig(text()) ? kept_.Ink(this, contentsRect(), alignment(), text()) : contentsRect());
   }
   // Selectable text is drawn by QLabel, from the palette.
   void ApplyPalette() {
@@ -45,7 +45,7 @@ class TextLabel : public QLabel {
     // The big number is mostly backdrop: only what the old text covered
     // and what the new one will is painted again, so that a press copies
     // and sends a third of the label's pixels.
-    const QRect changed = big_.Ink(this, contentsRect(), alignment(), text()) | big_.Ink(this, contentsRect(), alignment(), next);
+    const QRect changed = kept_.Ink(this, contentsRect(), alignment(), text()) | kept_.Ink(this, contentsRect(), alignment(), next);
     setAttribute(Qt::WA_UpdatesDisabled, true);
     setText(next);
     setAttribute(Qt::WA_UpdatesDisabled, false);
@@ -54,7 +54,7 @@ class TextLabel : public QLabel {
 
  protected:
   void changeEvent(QEvent* event) override {
-    if (event->type() == QEvent::FontChange) big_.SetFont(font());
+    if (event->type() == QEvent::FontChange) kept_.SetFont(font());
     QLabel::changeEvent(event);
   }
 
@@ -64,13 +64,17 @@ class TextLabel : public QLabel {
       return;
     }
     QPainter painter(this);
+    if (IsPlainLine(text()) && !IsBig(text())) {
+      kept_.Draw(painter, contentsRect(), alignment(), colour_, text(), devicePixelRatio());
+      return;
+    }
     if (IsBig(text())) {
       // Under a plain rectangular clip the raster engine blends each glyph
       // image row by row; under a clip of several rectangles (a neighbour's
       // repaint reaching in) it sends every pixel through its span path.
       for (const QRect& r : event->region()) {
         painter.setClipRect(r);
-        big_.Draw(painter, contentsRect(), alignment(), colour_, text(), devicePixelRatio());
+        kept_.Draw(painter, contentsRect(), alignment(), colour_, text(), devicePixelRatio());
       }
       return;
     }
@@ -81,13 +85,14 @@ class TextLabel : public QLabel {
 
  private:
   // One line of large plain text comes from kept images.
-  bool IsBig(const QString& text) const {
-    return textInteractionFlags() == Qt::NoTextInteraction && font().pixelSize() >= kBigTextPixels && !wordWrap() &&
-           (alignment() & Qt::AlignTop) && !text.contains(QLatin1Char('\n'));
+  bool IsPlainLine(const QString& text) const {
+    return textInteractionFlags() == Qt::NoTextInteraction && !wordWrap() && (alignment() & Qt::AlignTop) &&
+           !text.contains(QLatin1Char('\n'));
   }
+  bool IsBig(const QString& text) const { return IsPlainLine(text) && font().pixelSize() >= kBigTextPixels; }
 
   QColor colour_ = Qt::black;
-  BigText big_;
+  KeptText kept_;
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "toolkit/BigText.h"
+#include "toolkit/KeptText.h"
 
 #include <QGlyphRun>
 #include <QHash>
@@ -14,6 +14,8 @@
 #include <memory>
 #include <vector>
 
+#include "toolkit/Control.h"
+
 namespace tk {
 namespace {
 
@@ -26,7 +28,8 @@ struct PlacedGlyph {
 
 struct Line {
   qreal width = 0;
-  std::vector<PlacedGlyph> glyphs;
+  QList<QGlyphRun> runs;            // for text Qt's glyph cache draws
+  std::vector<PlacedGlyph> glyphs;  // for text drawn from kept images
 };
 
 struct ImageKey {
@@ -56,19 +59,26 @@ QPointF Origin(const QRect& rect, Qt::Alignment alignment, qreal width) {
 }  // namespace
 
 // Everything kept for one font. Lives for the run: a game needs the
-// numbers 1 to 90 in a few colours.
-struct BigText::Face {
+// numbers 1 to 90, their calls, and their digits in a few colours.
+struct KeptText::Face {
+  static constexpr qsizetype kMaxLines = 1000;
   QFont font;
+  QRawFont raw;  // the font's own face at its size, made without fontconfig
   std::vector<QRawFont> raws;
   QHash<QString, Line> lines;
   QHash<ImageKey, QImage> images;
 
-  // Laid out for the device it is drawn on, as drawText would: that way
-  // the layout shares the font engine Qt made for the widget.
+  // Laid out for the device it is drawn on, as drawText would, in the
+  // face made here for the font's size (Qt still finds fallback fonts for
+  // characters that face lacks).
   const Line& LineOf(const QString& text, QPaintDevice* device) {
     auto it = lines.constFind(text);
     if (it != lines.constEnd()) return *it;
+    // A game's texts are a few hundred; a label whose text never repeats
+    // must not make the table grow without end.
+    if (lines.size() >= kMaxLines) lines.clear();
     QTextLayout layout(text, font, device);
+    if (raw.isValid()) layout.setRawFont(raw);
     layout.beginLayout();
     QTextLine textLine = layout.createLine();
     Line line;
@@ -76,7 +86,8 @@ struct BigText::Face {
       textLine.setLineWidth(std::numeric_limits<int>::max() / 256);
       layout.endLayout();
       line.width = textLine.naturalTextWidth();
-      for (const QGlyphRun& run : textLine.glyphRuns()) {
+      line.runs = textLine.glyphRuns();
+      if (font.pixelSize() >= kBigTextPixels) for (const QGlyphRun& run : line.runs) {
         const int font = RawIndex(run.rawFont());
         const QList<quint32> glyphs = run.glyphIndexes();
         const QList<QPointF> positions = run.positions();
@@ -118,35 +129,60 @@ struct BigText::Face {
   }
 };
 
-void BigText::SetFont(const QFont& font) {
+namespace {
+
+// Qt asks fontconfig how to render each new size of a font (about a third
+// of a millisecond each time, and the window uses eight). One size per
+// face is made that way, the others from it with the same settings.
+QRawFont RawFontOf(const QFont& font) {
+  if (font.underline() || font.strikeOut() || font.overline() || font.pixelSize() <= 0) return {};
+  static QHash<QString, QRawFont> bases;
+  QFont baseFont(font);
+  baseFont.setPixelSize(kOrdinaryTextPixels);
+  auto it = bases.find(baseFont.key());
+  if (it == bases.end()) it = bases.insert(baseFont.key(), QRawFont::fromFont(baseFont));
+  QRawFont raw = *it;
+  if (raw.isValid() && raw.pixelSize() != font.pixelSize()) raw.setPixelSize(font.pixelSize());
+  return raw;
+}
+
+}  // namespace
+
+void KeptText::SetFont(const QFont& font) {
   font_ = font;
   face_ = nullptr;
 }
 
 // Found when first drawn: a label's font changes several times while its
 // properties are set, and only the last one is ever drawn.
-BigText::Face& BigText::FaceOf() const {
+KeptText::Face& KeptText::FaceOf() const {
   if (face_ == nullptr) {
     static std::map<QString, std::unique_ptr<Face>> faces;
     std::unique_ptr<Face>& face = faces[font_.key()];
     if (!face) {
       face = std::make_unique<Face>();
       face->font = font_;
+      face->raw = RawFontOf(font_);
     }
     face_ = face.get();
   }
   return *face_;
 }
 
-void BigText::Draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QColor& colour,
+void KeptText::Draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QColor& colour,
                    const QString& text, qreal ratio) const {
   Face& face = FaceOf();
   const Line& line = face.LineOf(text, painter.device());
   const QPointF origin = Origin(rect, alignment, line.width);
+  if (font_.pixelSize() < kBigTextPixels) {
+    painter.setPen(colour);
+    for (const QGlyphRun& run : line.runs) painter.drawGlyphRun(origin, run);
+    return;
+  }
   for (const PlacedGlyph& g : line.glyphs) painter.drawImage(TopLeft(origin, g), face.ImageOf(g, colour, ratio));
 }
 
-QRect BigText::Ink(QPaintDevice* device, const QRect& rect, Qt::Alignment alignment, const QString& text) const {
+QRect KeptText::Ink(QPaintDevice* device, const QRect& rect, Qt::Alignment alignment, const QString& text) const {
   const Line& line = FaceOf().LineOf(text, device);
   const QPointF origin = Origin(rect, alignment, line.width);
   QRect ink;

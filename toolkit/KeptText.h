@@ -1,9 +1,10 @@
 #pragma once
-// One line of text at sizes Qt draws from outlines at every paint (it keeps
-// rendered glyphs only up to 64 pixels). The called number, 230 pixels
-// tall, changes at every press, and its texts repeat from game to game: so
-// each text is laid out once per font, each glyph rendered once per font
-// and colour, and a paint only copies images.
+// A label's one line of text, laid out once per font and text and kept:
+// the texts of a game (numbers, counts, calls) repeat from game to game,
+// and a press changes several of them. Large text, which Qt would fill
+// from outlines at every paint (it keeps rendered glyphs only up to 64
+// pixels), comes from glyph images kept per font and colour; smaller text
+// is drawn from Qt's own glyph cache.
 #include <QColor>
 #include <QFont>
 #include <QRect>
@@ -14,17 +15,16 @@ class QPainter;
 
 namespace tk {
 
-// Sizes from which glyphs are kept here rather than drawn from outlines.
+// Sizes from which glyph images are kept here.
 constexpr int kBigTextPixels = 65;
 
-class BigText {
+class KeptText {
  public:
   // The font to draw in; its kept layouts and glyphs are found when needed.
   void SetFont(const QFont& font);
 
   // Draws text as QPainter::drawText would with the rectangle and
-  // Qt::AlignTop and the given horizontal alignment, each glyph placed on
-  // a whole pixel.
+  // Qt::AlignTop and the given horizontal alignment.
   void Draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QColor& colour, const QString& text,
             qreal ratio) const;
 
