@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cctype>
 #include <functional>
 #include <type_traits>
 
@@ -137,11 +138,15 @@ constexpr std::array<Property, 22> kWindowRows = {{
     Row<Window, B, &Window::MenuBarVisible, &Window::SetMenuBarVisible>("MenuBarVisible"),
 }};
 
+}  // namespace
+
 // A class's own rows and the class it inherits from.
 struct PropertyClass {
   std::span<const Property> rows;
   const PropertyClass* base;
 };
+
+namespace {
 
 constexpr PropertyClass kControl{kControlRows, nullptr};
 constexpr PropertyClass kRectControl{kRectControlRows, &kControl};
@@ -182,16 +187,27 @@ std::uint64_t ReadLe(const std::uint8_t* p, int count) {
 
 }  // namespace
 
-const Property* FindProperty(const Object& object, std::string_view name) {
-  for (const PropertyClass* cls = ClassOf(object); cls != nullptr; cls = cls->base) {
+namespace {
+
+const Property* FindIn(const PropertyClass* cls, std::string_view name) {
+  if (name.empty()) return nullptr;
+  const int first = std::tolower(static_cast<unsigned char>(name[0]));
+  for (; cls != nullptr; cls = cls->base) {
     for (const Property& p : cls->rows) {
-      // Names are ASCII, so texts of different lengths never match; the
-      // length check spares most rows the comparison.
-      if (p.name.size() == name.size() && RuntimeStringCompare(p.name, name) == 0) return &p;
+      // Names are ASCII, so texts of different lengths or first letters
+      // never match; the two checks spare most rows the comparison.
+      if (p.name.size() == name.size() && std::tolower(static_cast<unsigned char>(p.name[0])) == first &&
+          RuntimeStringCompare(p.name, name) == 0) {
+        return &p;
+      }
     }
   }
   return nullptr;
 }
+
+}  // namespace
+
+const Property* FindProperty(const Object& object, std::string_view name) { return FindIn(ClassOf(object), name); }
 
 std::vector<const Property*> PropertiesOf(const Object& object) {
   std::vector<const Property*> all;
@@ -208,7 +224,7 @@ PropertyValue GetProperty(const Object& object, std::string_view name) {
 }
 
 PropertyReader::PropertyReader(const Object& object, std::span<const std::uint8_t> stream)
-    : object_(object), stream_(stream) {}
+    : object_(object), class_(ClassOf(object)), stream_(stream) {}
 
 void PropertyReader::Fail(std::string_view property, const String& what, std::size_t offset) const {
   throw UnsupportedFormatException(Describe(object_) + ", property \"" + String(property) + "\", byte " +
@@ -235,7 +251,7 @@ bool PropertyReader::Next(PropertyEntry& entry) {
   while (blank < stream_.size() && stream_[blank] != 0x20) ++blank;
   const std::string_view name(reinterpret_cast<const char*>(stream_.data() + start), blank - start);
   if (blank == stream_.size()) Fail(name, "the stream ends inside the property's name", start);
-  const Property* property = FindProperty(object_, name);
+  const Property* property = FindIn(class_, name);
   if (property == nullptr) Fail(name, "no property of that name", start);
   pos_ = blank + 1;
 

@@ -75,6 +75,7 @@ class PropertyReader {
   const std::uint8_t* Take(std::size_t count, std::string_view property);
 
   const Object& object_;
+  const struct PropertyClass* class_;  // the object's table, found once per stream
   std::span<const std::uint8_t> stream_;
   std::size_t pos_ = 0;
 };
