@@ -21,6 +21,13 @@ class Object {
   Object& operator=(const Object&) = delete;
   virtual const char* ClassName() const = 0;
 
+  // Around the applying of a property stream: a control may gather there
+  // what each setting would make Qt redo (a font set by size, bold, italic
+  // and underline in turn is resolved and spread to the widget four
+  // times) and do it once at the end.
+  virtual void BeginProperties() {}
+  virtual void EndProperties() {}
+
   // A token that lives exactly as long as the object, for WeakRef.
   std::weak_ptr<Object* const> LifeToken() const {
     if (!lifeToken_) lifeToken_ = std::make_shared<Object* const>(const_cast<Object*>(this));
@@ -146,6 +153,29 @@ class TextStyle {
 };
 
 inline constexpr int kOrdinaryTextPixels = 13;
+
+// Work a control holds back between BeginProperties and EndProperties.
+class Deferred {
+ public:
+  enum : unsigned { kFont = 1, kStyle = 2 };
+  void Begin() { on_ = true; }
+  // True while held back; the work is then remembered for End.
+  bool Hold(unsigned work) {
+    if (on_) pending_ |= work;
+    return on_;
+  }
+  // The work held back, to be done now.
+  unsigned End() {
+    on_ = false;
+    const unsigned work = pending_;
+    pending_ = 0;
+    return work;
+  }
+
+ private:
+  bool on_ = false;
+  unsigned pending_ = 0;
+};
 
 // Hears every accessibility event a control sends, besides Qt, which passes
 // them on only while a screen reader listens. For tests. Returns the

@@ -10,7 +10,6 @@
 
 #include <cmath>
 #include <limits>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -136,11 +135,11 @@ namespace {
 // face is made that way, the others from it with the same settings.
 QRawFont RawFontOf(const QFont& font) {
   if (font.underline() || font.strikeOut() || font.overline() || font.pixelSize() <= 0) return {};
-  static QHash<QString, QRawFont> bases;
+  static QHash<QFont, QRawFont> bases;
   QFont baseFont(font);
   baseFont.setPixelSize(kOrdinaryTextPixels);
-  auto it = bases.find(baseFont.key());
-  if (it == bases.end()) it = bases.insert(baseFont.key(), QRawFont::fromFont(baseFont));
+  auto it = bases.find(baseFont);
+  if (it == bases.end()) it = bases.insert(baseFont, QRawFont::fromFont(baseFont));
   QRawFont raw = *it;
   if (raw.isValid() && raw.pixelSize() != font.pixelSize()) raw.setPixelSize(font.pixelSize());
   return raw;
@@ -157,10 +156,12 @@ void KeptText::SetFont(const QFont& font) {
 // properties are set, and only the last one is ever drawn.
 KeptText::Face& KeptText::FaceOf() const {
   if (face_ == nullptr) {
-    static std::map<QString, std::unique_ptr<Face>> faces;
-    std::unique_ptr<Face>& face = faces[font_.key()];
+    // Fonts compare and hash by what they ask for, much cheaper than
+    // building their key strings.
+    static QHash<QFont, std::shared_ptr<Face>> faces;
+    std::shared_ptr<Face>& face = faces[font_];
     if (!face) {
-      face = std::make_unique<Face>();
+      face = std::make_shared<Face>();
       face->font = font_;
       face->raw = RawFontOf(font_);
     }

@@ -122,7 +122,14 @@ void Label::SetTextColor(Color color) {
   if (changed_) changed_(*this);
 }
 
-void Label::ApplyFont() { label()->setFont(MakeFont(font_, size_, bold_, italic_, underline_)); }
+void Label::ApplyFont() {
+  if (deferred_.Hold(Deferred::kFont)) return;
+  label()->setFont(MakeFont(font_, size_, bold_, italic_, underline_));
+}
+
+void Label::EndProperties() {
+  if (deferred_.End() & Deferred::kFont) ApplyFont();
+}
 void Label::SetTextFont(const String& v) { font_ = v; ApplyFont(); }
 void Label::SetTextSize(double v) { size_ = v; ApplyFont(); }
 void Label::SetBold(bool v) { bold_ = v; ApplyFont(); }

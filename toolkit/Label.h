@@ -48,6 +48,8 @@ class Label : public RectControl, public TextStyle {
  private:
   QLabel* label() const;
   void ApplyFont();
+  void BeginProperties() override { deferred_.Begin(); }
+  void EndProperties() override;
 
   String text_;
   Color color_ = 0;
@@ -55,6 +57,7 @@ class Label : public RectControl, public TextStyle {
   bool transparent_ = true, selectable_ = false, multiline_ = false;
   String dataField_, dataSource_;
   ChangeHandler changed_;
+  Deferred deferred_;
 };
 
 }  // namespace tk

@@ -286,6 +286,12 @@ bool PropertyReader::Next(PropertyEntry& entry) {
 void SetProperties(Object& object, std::span<const std::uint8_t> stream) {
   PropertyReader reader(object, stream);
   PropertyEntry entry;
+  // Ends even when an entry fails: those before it stay set, and applied.
+  object.BeginProperties();
+  struct End {
+    Object& object;
+    ~End() { object.EndProperties(); }
+  } end{object};
   while (reader.Next(entry)) entry.property->set(object, entry.value);
 }
 

@@ -91,7 +91,16 @@ void PushButton::SetButtonStyle(Integer v) {
   ApplyStyle();
 }
 
-void PushButton::ApplyFont() { button()->setFont(MakeFont(font_, size_, bold_, italic_, underline_)); }
+void PushButton::ApplyFont() {
+  if (deferred_.Hold(Deferred::kFont)) return;
+  button()->setFont(MakeFont(font_, size_, bold_, italic_, underline_));
+}
+
+void PushButton::EndProperties() {
+  const unsigned work = deferred_.End();
+  if (work & Deferred::kFont) ApplyFont();
+  if (work & Deferred::kStyle) ApplyStyle();
+}
 void PushButton::SetTextFont(const String& v) { font_ = v; ApplyFont(); }
 void PushButton::SetTextSize(double v) { size_ = v; ApplyFont(); }
 void PushButton::SetBold(bool v) { bold_ = v; ApplyFont(); }
@@ -99,6 +108,7 @@ void PushButton::SetItalic(bool v) { italic_ = v; ApplyFont(); }
 void PushButton::SetUnderline(bool v) { underline_ = v; ApplyFont(); }
 
 void PushButton::ApplyStyle() {
+  if (deferred_.Hold(Deferred::kStyle)) return;
   // Style 7 sets a switch apart from the ordinary commands; the default
   // button shows that Return presses it.
   QString css;

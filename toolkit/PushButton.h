@@ -42,11 +42,14 @@ class PushButton : public RectControl, public TextStyle {
   QPushButton* button() const;
   void ApplyFont();
   void ApplyStyle();
+  void BeginProperties() override { deferred_.Begin(); }
+  void EndProperties() override;
 
   String caption_;
   bool default_ = false, cancel_ = false;
   Integer style_ = 0;
   ActionHandler action_;
+  Deferred deferred_;
 };
 
 }  // namespace tk
