@@ -15,9 +15,9 @@ namespace {
 
 // A label that paints its text in a colour of its own: setting a colour
 // is then a repaint, where a palette change would propagate through Qt
-// (every press colours two labels, every new game 90). Large single-line
-// text comes from kept glyph images. Selectable text is QLabel's to draw,
-// with its palette.
+// (every press colours two labels, every new game 90). A single line of
+// text is drawn from its kept layout (KeptText). Selectable text is
+// QLabel's to draw, with its palette.
 class TextLabel : public QLabel {
  public:
   TextLabel() { kept_.SetFont(font()); }
@@ -64,11 +64,11 @@ class TextLabel : public QLabel {
       return;
     }
     QPainter painter(this);
-    if (IsPlainLine(text()) && !IsBig(text())) {
-      kept_.Draw(painter, contentsRect(), alignment(), colour_, text(), devicePixelRatio());
-      return;
-    }
-    if (IsBig(text())) {
+    if (IsPlainLine(text())) {
+      if (!IsBig(text())) {
+        kept_.Draw(painter, contentsRect(), alignment(), colour_, text(), devicePixelRatio());
+        return;
+      }
       // Under a plain rectangular clip the raster engine blends each glyph
       // image row by row; under a clip of several rectangles (a neighbour's
       // repaint reaching in) it sends every pixel through its span path.
@@ -84,7 +84,8 @@ class TextLabel : public QLabel {
   }
 
  private:
-  // One line of large plain text comes from kept images.
+  // One line of plain text, drawn from its kept layout; from 65 pixels
+  // its glyphs come from kept images and only what changes is repainted.
   bool IsPlainLine(const QString& text) const {
     return textInteractionFlags() == Qt::NoTextInteraction && !wordWrap() && (alignment() & Qt::AlignTop) &&
            !text.contains(QLatin1Char('\n'));
