@@ -6,8 +6,9 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
-#include <QImageReader>
 #include <QPixmap>
+
+#include <png.h>
 
 #include <cmath>
 #include <future>
@@ -62,6 +63,30 @@ QSize PngSize(const QString& path) {
   return QSize(static_cast<int>(width), static_cast<int>(height));
 }
 
+// The pixels of a PNG file, or a null image when they can't be read.
+// Decoded by libpng itself: Qt's image reader, even told the format, first
+// loads every image-format plugin it finds (gif, ico, jpeg and their
+// libraries) to ask whether it reads PNG, and the loader's lock then holds
+// up the window's thread too.
+QImage DecodePng(const QString& path) {
+  png_image png{};
+  png.version = PNG_IMAGE_VERSION;
+  const QByteArray file = QFile::encodeName(path);
+  if (png_image_begin_read_from_file(&png, file.constData()) == 0) return {};
+  // An opaque picture becomes RGB32, as Qt's own reader would make it, so
+  // that it is copied rather than blended onto the window.
+  const bool alpha = (png.format & PNG_FORMAT_FLAG_ALPHA) != 0;
+  png.format = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? PNG_FORMAT_BGRA : PNG_FORMAT_ARGB;
+  QImage image(static_cast<int>(png.width), static_cast<int>(png.height),
+               alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+  if (image.isNull() ||
+      png_image_finish_read(&png, nullptr, image.bits(), static_cast<png_int_32>(image.bytesPerLine()), nullptr) == 0) {
+    png_image_free(&png);
+    return {};
+  }
+  return image;
+}
+
 // The header alone says whether the file is a picture and how big; the
 // backdrop's pixels take milliseconds to inflate, which a worker thread
 // spends while the window's controls are made.
@@ -69,10 +94,7 @@ std::shared_ptr<Picture> Open(const QString& path, double ratio) {
   const QSize size = PngSize(path);
   if (!size.isValid()) return nullptr;
   auto pixels = std::make_unique<Picture::Pending>();
-  pixels->image = std::async(std::launch::async, [path] {
-    QImageReader reader(path, "png");
-    return reader.read();
-  });
+  pixels->image = std::async(std::launch::async, [path] { return DecodePng(path); });
   return std::make_shared<Picture>(size.width() / ratio, size.height() / ratio, ratio, std::move(pixels));
 }
 

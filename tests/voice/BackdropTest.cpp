@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <QImage>
 #include <QPixmap>
 #include <filesystem>
 #include <fstream>
@@ -46,6 +47,7 @@ TEST_F(BackdropTest, AMissingPictureIsTriedAgainAndAnOpenOneIsKept) {
   EXPECT_EQ(first->Height(), 572);
   const QPixmap& pixels = first->Pixmap();
   EXPECT_EQ(pixels.size(), QSize(1036, 572));
+  EXPECT_EQ(pixels.toImage(), QImage(QString::fromStdString(Picture().string()))) << "not the pixels Qt reads";
   fs::remove(Picture());
   EXPECT_EQ(shell::BingoOuter1(), first) << "an open picture is kept for the run";
 }
