@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "toolkit/Exceptions.h"
+#include "toolkit/Style.h"
 
 namespace tk {
 namespace {
@@ -39,19 +40,27 @@ void RuntimeInit(int& argc, char** argv) {
 }
 
 void EnsureGui() {
-  if (QCoreApplication::instance() != nullptr) return;
+  static bool styled = false;
+  if (QCoreApplication::instance() == nullptr) {
 #ifndef Q_OS_MACOS
-  // The menu bar belongs to the window, whose layout lies below it, on
-  // every platform but the Mac, whose menus live at the top of the screen.
-  // Asking the desktop for a global menu instead would also cost the start
-  // a D-Bus search (without a session bus, a dbus-launch attempt).
-  QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
+    // The menu bar belongs to the window, whose layout lies below it, on
+    // every platform but the Mac, whose menus live at the top of the
+    // screen. Asking the desktop for a global menu instead would also cost
+    // the start a D-Bus search (without a session bus, a dbus-launch
+    // attempt).
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
 #endif
-  App() = gArgc != nullptr ? std::make_unique<QApplication>(*gArgc, gArgv)
-                           : std::make_unique<QApplication>(gNoArgc, gNoArgv);
-  QApplication::setApplicationName(QStringLiteral("Calloquin"));
-  // The one window has no close box; only an explicit quit ends the loop.
-  QApplication::setQuitOnLastWindowClosed(false);
+    App() = gArgc != nullptr ? std::make_unique<QApplication>(*gArgc, gArgv)
+                             : std::make_unique<QApplication>(gNoArgc, gNoArgv);
+    QApplication::setApplicationName(QStringLiteral("Calloquin"));
+    // The one window has no close box; only an explicit quit ends the loop.
+    QApplication::setQuitOnLastWindowClosed(false);
+  }
+  // Also when the application object was made by its host (as in tests).
+  if (!styled && qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr) {
+    styled = true;
+    UseAppStyle();
+  }
 }
 
 void RunFrameworkInitialization(const std::function<void()>& start) { start(); }

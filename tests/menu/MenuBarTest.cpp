@@ -5,8 +5,10 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProxyStyle>
 #include <QSignalSpy>
 #include <QTimer>
+#include <QToolButton>
 #include <QtTest/QTest>
 
 #include "shell/MainMenuBar.h"
@@ -58,6 +60,19 @@ TEST_F(GameTest, TheWindowShowsFileThenEditExactlyAsBuilt) {
     }
   }
   EXPECT_EQ(bar.Count(), 2) << "the bar was built more than once";
+}
+
+// The bar's button for menus that don't fit gets its icon only when it is
+// drawn, and then it is the platform style's own.
+TEST_F(GameTest, TheOverflowButtonShowsTheStylesOwnIcon) {
+  Open();
+  const auto* overflow = window->TopLevel()->menuBar()->findChild<QToolButton*>("qt_menubar_ext_button");
+  ASSERT_NE(overflow, nullptr);
+  const auto* style = qobject_cast<const QProxyStyle*>(QApplication::style());
+  ASSERT_NE(style, nullptr);
+  const QImage own = style->baseStyle()->standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton).pixmap(16).toImage();
+  ASSERT_FALSE(own.isNull());
+  EXPECT_EQ(overflow->icon().pixmap(16).toImage(), own);
 }
 
 // With the flash running and a game under way: every Edit action, chosen or
