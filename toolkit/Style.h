@@ -1,6 +1,6 @@
 #pragma once
-// The application's widget style: the platform's own, with one icon made
-// only when it is first drawn.
+// The application's look: the platform's widget style, with one icon made
+// only when it is first drawn, and the ordinary text size for everything.
 
 namespace tk {
 

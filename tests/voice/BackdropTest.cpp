@@ -11,6 +11,7 @@
 
 #include "shell/BingoOuter1.h"
 #include "toolkit/FolderItem.h"
+#include "toolkit/Picture.h"
 
 namespace {
 namespace fs = std::filesystem;
@@ -67,6 +68,23 @@ TEST_F(BackdropTest, WhatIsNoPictureGivesNilAndABrokenBodyDrawsNothing) {
   ASSERT_NE(broken, nullptr);
   EXPECT_EQ(broken->Width(), 1036);
   EXPECT_TRUE(broken->Pixmap().isNull());
+}
+
+// Pictures other than the shipped one: translucent, grey, with a palette.
+TEST_F(BackdropTest, OtherKindsOfPngReadAsQtReadsThem) {
+  QImage translucent(40, 30, QImage::Format_ARGB32);
+  for (int y = 0; y < 30; ++y)
+    for (int x = 0; x < 40; ++x) translucent.setPixel(x, y, qRgba(x * 6, y * 8, 200, (x + y) * 3));
+  for (const QImage& image : {translucent, translucent.convertToFormat(QImage::Format_Grayscale8),
+                              translucent.convertToFormat(QImage::Format_Indexed8)}) {
+    ASSERT_TRUE(image.save(QString::fromStdString(Picture().string()), "PNG"));
+    const QImage qt(QString::fromStdString(Picture().string()));
+    const QImage ours = tk::Picture::_OpenFromApp("BingoOuter1")->Pixmap().toImage();
+    // Compared premultiplied, as the window draws them: undoing that is
+    // lossy where a pixel is nearly transparent.
+    constexpr auto kDrawn = QImage::Format_ARGB32_Premultiplied;
+    EXPECT_EQ(ours.convertToFormat(kDrawn), qt.convertToFormat(kDrawn)) << "format " << image.format();
+  }
 }
 
 }  // namespace
