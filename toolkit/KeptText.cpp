@@ -76,17 +76,10 @@ struct KeptText::Face {
     // A game's texts are a few hundred; a label whose text never repeats
     // must not make the table grow without end.
     if (lines.size() >= kMaxLines) lines.clear();
-    QTextLayout layout(text, font, device);
-    if (raw.isValid()) layout.setRawFont(raw);
-    layout.beginLayout();
-    QTextLine textLine = layout.createLine();
     Line line;
-    if (textLine.isValid()) {
-      textLine.setLineWidth(std::numeric_limits<int>::max() / 256);
-      layout.endLayout();
-      line.width = textLine.naturalTextWidth();
-      line.runs = textLine.glyphRuns();
-      if (font.pixelSize() >= kBigTextPixels) for (const QGlyphRun& run : line.runs) {
+    if (!PlaceDigits(text, line)) LayOut(text, device, line);
+    if (font.pixelSize() >= kBigTextPixels) {
+      for (const QGlyphRun& run : line.runs) {
         const int font = RawIndex(run.rawFont());
         const QList<quint32> glyphs = run.glyphIndexes();
         const QList<QPointF> positions = run.positions();
@@ -95,10 +88,48 @@ struct KeptText::Face {
           line.glyphs.push_back({font, glyphs[i], positions[i], box});
         }
       }
-    } else {
-      layout.endLayout();
     }
     return *lines.insert(text, std::move(line));
+  }
+
+  void LayOut(const QString& text, QPaintDevice* device, Line& line) const {
+    QTextLayout layout(text, font, device);
+    if (raw.isValid()) layout.setRawFont(raw);
+    layout.beginLayout();
+    QTextLine textLine = layout.createLine();
+    if (textLine.isValid()) textLine.setLineWidth(std::numeric_limits<int>::max() / 256);
+    layout.endLayout();
+    if (textLine.isValid()) {
+      line.width = textLine.naturalTextWidth();
+      line.runs = textLine.glyphRuns();
+    }
+  }
+
+  // Numbers, most of what a game shows, need no shaping: the face's
+  // digits stand side by side at their advances, where a layout would put
+  // them too (checked against Qt's own label for every number). Qt's
+  // layout costs its text engine and harfbuzz for each new text.
+  bool PlaceDigits(const QString& text, Line& line) const {
+    if (!raw.isValid() || text.isEmpty()) return false;
+    for (const QChar c : text) {
+      if (c < u'0' || c > u'9') return false;
+    }
+    const QList<quint32> glyphs = raw.glyphIndexesForString(text);
+    if (glyphs.size() != text.size() || glyphs.contains(0)) return false;  // a fallback font's
+    const QList<QPointF> advances = raw.advancesForGlyphIndexes(glyphs);
+    QList<QPointF> positions;
+    QPointF at(0, raw.ascent());
+    for (const QPointF& advance : advances) {
+      positions.push_back(at);
+      at.rx() += advance.x();
+    }
+    QGlyphRun run;
+    run.setRawFont(raw);
+    run.setGlyphIndexes(glyphs);
+    run.setPositions(positions);
+    line.width = at.x();
+    line.runs = {run};
+    return true;
   }
 
   int RawIndex(const QRawFont& raw) {
