@@ -2,7 +2,6 @@
 
 #include <array>
 #include <bit>
-#include <cctype>
 #include <functional>
 #include <type_traits>
 
@@ -189,17 +188,25 @@ std::uint64_t ReadLe(const std::uint8_t* p, int count) {
 
 namespace {
 
+// Property names are ASCII and matched without regard to case.
+char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+bool SameName(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (a[i] != b[i] && AsciiLower(a[i]) != AsciiLower(b[i])) return false;
+  }
+  return true;
+}
+
+// Every control's stream is looked up here, property by property, at each
+// start: a comparison inline and mostly of equal bytes, not the runtime's
+// general one.
 const Property* FindIn(const PropertyClass* cls, std::string_view name) {
   if (name.empty()) return nullptr;
-  const int first = std::tolower(static_cast<unsigned char>(name[0]));
   for (; cls != nullptr; cls = cls->base) {
     for (const Property& p : cls->rows) {
-      // Names are ASCII, so texts of different lengths or first letters
-      // never match; the two checks spare most rows the comparison.
-      if (p.name.size() == name.size() && std::tolower(static_cast<unsigned char>(p.name[0])) == first &&
-          RuntimeStringCompare(p.name, name) == 0) {
-        return &p;
-      }
+      if (SameName(p.name, name)) return &p;
     }
   }
   return nullptr;
