@@ -59,9 +59,10 @@ TEST(PropertyStream, EveryPropertyOfEveryClassSetsAndReadsBackByName) {
 TEST(PropertyStream, ValuesAreReadByTypeNeverByBlanksAndReachTheWidgets) {
   tk::Label label;
   // Top 32 is the byte 0x20, Width 42 '*', Height 36 '$'; an empty string
-  // is four zero bytes with the next name straight after.
+  // is four zero bytes with the next name straight after. Names match in
+  // any case.
   tk::SetProperties(label, tk::StreamBuilder().s("InitialParent", "").b("Bold", true).b("Italic", true).b("Underline", true)
-                               .f4("TextSize", 30).b("Transparent", false).b("Enabled", false).i8("TextAlign", 2).s("Text", "88")
+                               .f4("TextSize", 30).b("Transparent", false).b("Enabled", false).i8("textALIGN", 2).s("Text", "88")
                                .i8("Height", 36).i8("Width", 42).i8("Top", 32).i8("Left", 35).c("TextColor", 0xFFFF00).Bytes());
 
   auto* q = static_cast<QLabel*>(label.Widget());
