@@ -57,10 +57,8 @@ void EnsureGui() {
     // writes a wake-up to the kernel at every event posted, and making and
     // showing the window posts over two hundred before the first frame
     // (Qt's writes once until the loop runs). Nothing here runs on GLib.
-    // Asked of the environment only while the application is made, so that
-    // nothing started from here inherits it.
-    const bool loopChosen = qEnvironmentVariableIsSet("QT_NO_GLIB");
-    if (!loopChosen) qputenv("QT_NO_GLIB", "1");
+    // Left set: Qt's threads read the environment while it starts.
+    if (!qEnvironmentVariableIsSet("QT_NO_GLIB")) qputenv("QT_NO_GLIB", "1");
     // Fontconfig reads its configuration (some fifty XML files) at the
     // first font asked for, several milliseconds that the window would wait
     // for; read here on a thread of its own while Qt starts, and done by
@@ -69,7 +67,6 @@ void EnsureGui() {
     App() = gArgc != nullptr ? std::make_unique<QApplication>(*gArgc, gArgv)
                              : std::make_unique<QApplication>(gNoArgc, gNoArgv);
     fontconfig.join();
-    if (!loopChosen) qunsetenv("QT_NO_GLIB");
     QApplication::setApplicationName(QStringLiteral("Calloquin"));
     // The one window has no close box; only an explicit quit ends the loop.
     QApplication::setQuitOnLastWindowClosed(false);
