@@ -83,6 +83,8 @@ def main():
     dirty = "" if os.environ.get("BENCH_COMMIT") else subprocess.run(
         ["git", "-C", os.path.dirname(a.results), "status", "--porcelain", "--untracked-files=no"],
         capture_output=True, text=True).stdout.strip()
+    # The figures file itself is what this run rewrites.
+    dirty = "\n".join(l for l in dirty.splitlines() if not l.endswith(os.path.basename(a.results)))
 
     r = lambda x: f"{float(x):.2f}"
     out = []
