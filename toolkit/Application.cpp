@@ -8,7 +8,9 @@
 #include <thread>
 #include <vector>
 
+#ifdef CALLOQUIN_FONTCONFIG
 #include <fontconfig/fontconfig.h>
+#endif
 
 #include "toolkit/Exceptions.h"
 #include "toolkit/Style.h"
@@ -63,10 +65,14 @@ void EnsureGui() {
     // first font asked for, several milliseconds that the window would wait
     // for; read here on a thread of its own while Qt starts, and done by
     // the time the application object is.
+#ifdef CALLOQUIN_FONTCONFIG
     std::thread fontconfig([] { FcInit(); });
+#endif
     App() = gArgc != nullptr ? std::make_unique<QApplication>(*gArgc, gArgv)
                              : std::make_unique<QApplication>(gNoArgc, gNoArgv);
+#ifdef CALLOQUIN_FONTCONFIG
     fontconfig.join();
+#endif
     QApplication::setApplicationName(QStringLiteral("Calloquin"));
     // The one window has no close box; only an explicit quit ends the loop.
     QApplication::setQuitOnLastWindowClosed(false);
