@@ -1,5 +1,5 @@
 #!/bin/bash
-# Builds the .deb in build/pkg, installs it with apt, plays a few numbers on
+# Builds the .deb in build/release (the run command's build, made for /usr), installs it with apt, plays a few numbers on
 # the installed program under Xvfb (the called cells must turn yellow on a
 # screenshot), ends it with Ctrl+Q and removes the package, checking that
 # nothing of it is left behind. Changes the system's packages, so it runs
@@ -23,10 +23,10 @@ if dpkg-query -W -f='${Status}' calloquin 2>/dev/null | grep -q "install ok inst
   exit 0
 fi
 
-cmake -S . -B build/pkg -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCALLOQUIN_TESTS=OFF -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
-cmake --build build/pkg -j "$(nproc)"
-(cd build/pkg && rm -f calloquin_*.deb && cpack -G DEB >/dev/null)
-deb=$(ls build/pkg/calloquin_*.deb)
+cmake --preset release >/dev/null
+cmake --build --preset release -j "$(nproc)"
+(cd build/release && rm -f calloquin_*.deb && cpack -G DEB >/dev/null)
+deb=$(ls build/release/calloquin_*.deb)
 echo "built $deb"
 depends=$(dpkg-deb -f "$deb" Depends)
 echo "Depends: $depends"

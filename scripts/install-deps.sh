@@ -12,7 +12,7 @@ packages=(
   # a font for offscreen rendering, and the tests through a real X server
   fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
   # the property-stream fuzzer: clang and its libFuzzer and sanitizer runtimes
-  clang libclang-rt-14-dev
+  clang libclang-rt-dev
   # the .deb and the checks of its desktop entry and AppStream metainfo
   dpkg-dev file desktop-file-utils appstream
 )

@@ -74,6 +74,8 @@ void EnsureGui() {
     fontconfig.join();
 #endif
     QApplication::setApplicationName(QStringLiteral("Calloquin"));
+    // Matches the desktop entry, so that a desktop shows its icon and name.
+    QGuiApplication::setDesktopFileName(QStringLiteral(CALLOQUIN_APP_ID));
     // The one window has no close box; only an explicit quit ends the loop.
     QApplication::setQuitOnLastWindowClosed(false);
   }

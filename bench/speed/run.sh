@@ -14,7 +14,7 @@ results=$repo/bench/RESULTS.md
 
 "$repo/scripts/install-deps.sh"
 "$repo/bench/install-deps.sh"
-cmake -S "$repo" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCALLOQUIN_WERROR=ON >/dev/null
+cmake -S "$repo" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCALLOQUIN_WERROR=ON -DCALLOQUIN_BENCH=ON >/dev/null
 cmake --build "$build" >/dev/null
 cmake --build "$build" --target bench_programs >/dev/null
 
