@@ -79,6 +79,7 @@ make_root() {
 enter_root() {
   local r=$1
   cp -L /etc/resolv.conf "$r/etc/resolv.conf"
+  cp -L /etc/hosts "$r/etc/hosts"  # the machine's own name resolves (sudo asks)
   printf '#!/bin/sh\nexit 101\n' >"$r/usr/sbin/policy-rc.d"
   chmod 755 "$r/usr/sbin/policy-rc.d"
   mount -t proc proc "$r/proc"
