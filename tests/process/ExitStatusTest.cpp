@@ -1,5 +1,6 @@
 // How the process ends: the answer No after the 90th number ends it with
-// status 0, with no question beyond the one at the end of each game.
+// status 0, with no question beyond the one at the end of each game; a quit
+// request from the system ends it with status 0 too, in mid-game.
 #include <QProcess>
 
 #include <gtest/gtest.h>
@@ -7,10 +8,10 @@
 namespace {
 
 // Runs the program with the given answers; what it printed and its status.
-std::pair<QString, int> RunScripted(const QString& answers) {
+std::pair<QString, int> RunScripted(const QStringList& arguments) {
   QProcess p;
   p.setProgram(QStringLiteral(SCRIPTED_RUN));
-  p.setArguments({answers});
+  p.setArguments(arguments);
   p.setProcessChannelMode(QProcess::ForwardedErrorChannel);
   p.start();
   EXPECT_TRUE(p.waitForFinished(60000)) << "the program did not end";
@@ -20,9 +21,17 @@ std::pair<QString, int> RunScripted(const QString& answers) {
 
 TEST(ExitStatus, NoAfterTheNinetiethNumberEndsTheProcessWithStatusZeroAndYesPlaysOn) {
   const QString first = QStringLiteral("asked after 90 presses with 90 gone\n");
-  EXPECT_EQ(RunScripted(QStringLiteral("no")), std::pair(first + "exit 0 after 90 presses\n", 0));
-  EXPECT_EQ(RunScripted(QStringLiteral("yes,no")),
+  EXPECT_EQ(RunScripted({QStringLiteral("no")}), std::pair(first + "exit 0 after 90 presses\n", 0));
+  EXPECT_EQ(RunScripted({QStringLiteral("yes,no")}),
             std::pair(first + "asked after 180 presses with 90 gone\nexit 0 after 180 presses\n", 0));
+}
+
+TEST(ExitStatus, AQuitRequestFromTheSystemIsNeverRefused) {
+  // The presses go on after the request: a program that refused it would
+  // play the game out and be asked at its end. It must end where it stands,
+  // as File > Quit does, through the same finalizers.
+  EXPECT_EQ(RunScripted({QStringLiteral("yes"), QStringLiteral("10")}),
+            std::pair(QStringLiteral("quit requested after 10 presses\nexit 0 after 10 presses\n"), 0));
 }
 
 }  // namespace
