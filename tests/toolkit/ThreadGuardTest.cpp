@@ -70,10 +70,10 @@ TEST(ThreadGuard, ALabelAButtonTheWindowAndItsMenusRefuseAThreadAndStayAsTheyWer
   }
 
   EXPECT_EQ(label.Text(), "7");
-  EXPECT_EQ(static_cast<QLabel*>(label.Widget())->text(), "7");
+  EXPECT_EQ(static_cast<QLabel*>(label.Widget())->text().toStdString(), "7");
   EXPECT_EQ(label.TextColor(), 0xFFFF00u);
   EXPECT_EQ(button.Caption(), "BINGO CALLER - OFF");
-  EXPECT_EQ(static_cast<QPushButton*>(button.Widget())->text(), "BINGO CALLER - OFF");
+  EXPECT_EQ(static_cast<QPushButton*>(button.Widget())->text().toStdString(), "BINGO CALLER - OFF");
   EXPECT_EQ(window.ControlByName("Stray"), nullptr);
   EXPECT_EQ(window.GetMenuBar(), nullptr);
   EXPECT_EQ(window.TopLevel()->menuWidget(), nullptr);
