@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "toolkit/Types.h"
+#include "toolkit/UITrap.h"
 
 class QWidget;
 
@@ -44,10 +45,10 @@ class Control : public Object {
   const String& Name() const { return name_; }
   void SetName(const String& name) { name_ = name; }
   Integer Index() const { return index_; }
-  void SetIndex(Integer index) { index_ = index; }
+  void SetIndex(Integer index) { UITrap(); index_ = index; }
 
   // The window this control was added to, or nil.
-  Window* OwnerWindow() const { return window_; }
+  Window* OwnerWindow() const { UITrap(); return window_; }
   virtual void AttachTo(Window& window) { window_ = &window; }
 
  private:
@@ -65,7 +66,7 @@ class RectControl : public Control {
 
   // Finishes a control once its object exists. The widget is made along
   // with the object here, so nothing is left to do.
-  void Constructor() {}
+  void Constructor() { UITrap(); }
 
   // Position in the window's content area, whatever the parent.
   Integer Left() const { return left_; }

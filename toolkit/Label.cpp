@@ -98,7 +98,7 @@ class TextLabel : public QLabel {
 
 }  // namespace
 
-Label::Label() : RectControl((EnsureGui(), new TextLabel)) {
+Label::Label() : RectControl((UITrap(), EnsureGui(), new TextLabel)) {
   QLabel* l = label();
   l->setTextFormat(Qt::PlainText);  // a call is text, never markup
   l->setFocusPolicy(Qt::NoFocus);   // a label takes no focus, so never steals Return
@@ -112,12 +112,14 @@ Label::Label() : RectControl((EnsureGui(), new TextLabel)) {
 QLabel* Label::label() const { return static_cast<QLabel*>(Widget()); }
 
 void Label::SetText(const String& text) {
+  UITrap();
   text_ = text;
   static_cast<TextLabel*>(label())->SetContent(QString::fromStdString(text));
   if (changed_) changed_(*this);
 }
 
 void Label::SetTextColor(Color color) {
+  UITrap();
   color_ = color;
   static_cast<TextLabel*>(label())->SetColour(QColor(static_cast<QRgb>(0xFF000000u | (color & 0xFFFFFFu))));
   if (changed_) changed_(*this);

@@ -2,6 +2,7 @@
 #include <functional>
 
 #include "toolkit/Control.h"
+#include "toolkit/UITrap.h"
 
 class QLabel;
 
@@ -13,10 +14,10 @@ class Label : public RectControl, public TextStyle {
   const char* ClassName() const override { return "Label"; }
 
   // Exactly the text last set.
-  const String& Text() const { return text_; }
+  const String& Text() const { UITrap(); return text_; }
   void SetText(const String& text);
   // Exactly the colour last set.
-  Color TextColor() const { return color_; }
+  Color TextColor() const { UITrap(); return color_; }
   void SetTextColor(Color color);
 
   void SetTextFont(const String& v);

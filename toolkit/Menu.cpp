@@ -80,7 +80,7 @@ struct MenuItem::Views {
   std::vector<QPointer<QAction>> actions;
 };
 
-MenuItem::MenuItem() : views_(std::make_unique<Views>()) {}
+MenuItem::MenuItem() : views_((UITrap(), std::make_unique<Views>())) {}
 
 MenuItem::~MenuItem() {
   // A view that outlives its item would call into it when chosen.
@@ -95,11 +95,24 @@ MenuItem::~MenuItem() {
   }
 }
 
-void MenuItem::SetText(const String& text) { text_ = text; Sync(); }
-void MenuItem::SetKeyboardShortcut(const String& shortcut) { shortcut_ = shortcut; Sync(); }
-void MenuItem::SetVisible(bool v) { visible_ = v; Sync(); }
+void MenuItem::SetText(const String& text) {
+  UITrap();
+  text_ = text;
+  Sync();
+}
+void MenuItem::SetKeyboardShortcut(const String& shortcut) {
+  UITrap();
+  shortcut_ = shortcut;
+  Sync();
+}
+void MenuItem::SetVisible(bool v) {
+  UITrap();
+  visible_ = v;
+  Sync();
+}
 
 void MenuItem::Append(std::unique_ptr<MenuItem> item) {
+  UITrap();
   if (!item) throw NilObjectException();
   children_.push_back(std::move(item));
 }
@@ -110,6 +123,7 @@ Ref<MenuItem> MenuItem::Item(Integer index) const {
 }
 
 Ref<MenuItem> MenuItem::Child(const String& name) const {
+  UITrap();
   for (const auto& child : children_) {
     if (child->Name() == name) return child.get();
   }
@@ -117,6 +131,7 @@ Ref<MenuItem> MenuItem::Child(const String& name) const {
 }
 
 Ref<MenuItem> MenuItem::_Lookup(const String& name) const {
+  UITrap();
   for (const auto& child : children_) {
     if (child->Name() == name) return child.get();
     if (Ref<MenuItem> below = child->_Lookup(name)) return below;
@@ -157,6 +172,7 @@ void QuitMenuItem::Action() { Quit(0); }
 // the window above the content area, which keeps its exact size while the
 // frame grows to hold both.
 void Window::SetMenuBar(MenuBar* bar) {
+  UITrap();
   menuBar_ = bar;
   QMenuBar* shown = nullptr;
   if (bar != nullptr) {
@@ -171,6 +187,7 @@ void Window::SetMenuBar(MenuBar* bar) {
 MenuBar* ApplicationMenuBar() { return gApplicationMenuBar; }
 
 void SetApplicationMenuBar(MenuBar* bar) {
+  UITrap();
   gApplicationMenuBar = bar;
 #ifdef Q_OS_MACOS
   // Only macOS has a menu bar of the application, shown while no window of

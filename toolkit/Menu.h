@@ -21,7 +21,7 @@ class MenuItem : public Object {
 
   // The name by which Child and _Lookup find the item.
   const String& Name() const { return name_; }
-  void SetName(const String& name) { name_ = name; }
+  void SetName(const String& name) { UITrap(); name_ = name; }
   // The label. "-" makes the item a separator; "&" marks the mnemonic.
   const String& Text() const { return text_; }
   void SetText(const String& text);
@@ -32,7 +32,7 @@ class MenuItem : public Object {
   void SetKeyboardShortcut(const String& shortcut);
   // True leaves the enabled state to the toolkit, which keeps items enabled.
   bool AutoEnable() const { return autoEnable_; }
-  void SetAutoEnable(bool v) { autoEnable_ = v; }
+  void SetAutoEnable(bool v) { UITrap(); autoEnable_ = v; }
   bool Visible() const { return visible_; }
   void SetVisible(bool v);
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "toolkit/ModalDialog.h"
+#include "toolkit/UITrap.h"
 
 namespace tk {
 namespace {
@@ -48,6 +49,7 @@ Integer ShowDialog(const String& text, Integer style, const String& title) {
 }  // namespace
 
 Integer MsgBox(const String& text, Integer style, const String& title) {
+  UITrap();
   if (Answerer()) return Answerer()(text, style, title);
   return ShowDialog(text, style, title);
 }

@@ -62,7 +62,7 @@ class CachedButton : public QPushButton {
 
 }  // namespace
 
-PushButton::PushButton() : RectControl((EnsureGui(), new CachedButton)) {
+PushButton::PushButton() : RectControl((UITrap(), EnsureGui(), new CachedButton)) {
   QPushButton* b = button();
   // Qt's own default-button logic acts only inside dialogs; the window binds
   // Return and Enter itself, so no button may grab them on focus.
@@ -76,6 +76,7 @@ PushButton::PushButton() : RectControl((EnsureGui(), new CachedButton)) {
 QPushButton* PushButton::button() const { return static_cast<QPushButton*>(Widget()); }
 
 void PushButton::SetCaption(const String& caption) {
+  UITrap();
   caption_ = caption;
   button()->setText(QString::fromStdString(caption));
   SetAccessibleName(caption);  // a switch's caption tells its state too

@@ -2,6 +2,7 @@
 #include <functional>
 
 #include "toolkit/Control.h"
+#include "toolkit/UITrap.h"
 
 class QPushButton;
 
@@ -12,7 +13,7 @@ class PushButton : public RectControl, public TextStyle {
   PushButton();
   const char* ClassName() const override { return "PushButton"; }
 
-  const String& Caption() const { return caption_; }
+  const String& Caption() const { UITrap(); return caption_; }
   void SetCaption(const String& caption);
 
   // The default button answers Return and Enter wherever the focus is in

@@ -1,5 +1,6 @@
 #include "toolkit/Timer.h"
 
+#include <QThread>
 #include <QTimer>
 
 #include <algorithm>
@@ -21,17 +22,36 @@ void Timer::SetEnabled(bool v) { enabled_ = v; Apply(); }
 void Timer::SetPeriod(Integer ms) { period_ = ms; Apply(); }
 void Timer::SetMode(Integer mode) { mode_ = mode; Apply(); }
 
-void Timer::Apply() {
-  if (!enabled_ || mode_ == kModeOff) {
-    timer_->stop();
+namespace {
+
+void Drive(QTimer& timer, bool on, bool single, int interval) {
+  if (!on) {
+    timer.stop();
     return;
   }
-  timer_->setSingleShot(mode_ == kModeSingle);
+  timer.setSingleShot(single);
   // Qt restarts a running timer on setInterval; only a real change may
   // disturb the phase of a flash.
+  if (timer.interval() != interval) timer.setInterval(interval);
+  if (!timer.isActive()) timer.start();
+}
+
+}  // namespace
+
+void Timer::Apply() {
+  const bool on = enabled_ && mode_ != kModeOff;
+  const bool single = mode_ == kModeSingle;
   const int interval = static_cast<int>(std::clamp<Integer>(period_, 1, std::numeric_limits<int>::max()));
-  if (timer_->interval() != interval) timer_->setInterval(interval);
-  if (!timer_->isActive()) timer_->start();
+  if (QThread::currentThread() == timer_->thread()) {
+    Drive(*timer_, on, single, interval);
+    return;
+  }
+  // The timer carries no thread guard, but Qt starts and stops a timer
+  // only in its own thread: from any other the change goes there, with the
+  // values of this moment, and is dropped if the timer goes first.
+  QTimer* timer = timer_.get();
+  QMetaObject::invokeMethod(timer, [timer, on, single, interval] { Drive(*timer, on, single, interval); },
+                            Qt::QueuedConnection);
 }
 
 bool Timer::IsRunning() const { return timer_->isActive(); }

@@ -67,7 +67,7 @@ class Window::Surface : public QWidget {
   Window& owner_;
 };
 
-Window::Window() : top_((EnsureGui(), std::make_unique<TopLevel_>(*this))) {
+Window::Window() : top_((UITrap(), EnsureGui(), std::make_unique<TopLevel_>(*this))) {
   surface_ = new Surface(*this);
   top_->setCentralWidget(surface_);
   // The default button answers Return and Enter (keypad too) whatever has
@@ -90,6 +90,7 @@ Window::~Window() {
 }
 
 void Window::Constructor() {
+  UITrap();
   // A window that Qt shows while it is being built polishes, lays out and
   // repaints each control as it comes; made visible only when its building
   // is over, it does so once for all of them. The window shows then even if
@@ -108,6 +109,7 @@ void Window::Constructor() {
 }
 
 void Window::AddControl(const String& name, Control& control) {
+  UITrap();
   control.SetName(name);
   controls_.push_back(&control);
   control.AttachTo(*this);
@@ -197,6 +199,7 @@ void Window::SetMenuBarVisible(bool v) {
 }
 
 void Window::SetBackdrop(std::shared_ptr<Picture> picture) {
+  UITrap();
   backdrop_ = std::move(picture);
   surface_->update();
 }

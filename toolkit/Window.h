@@ -9,6 +9,7 @@
 
 #include "toolkit/Control.h"
 #include "toolkit/Exceptions.h"
+#include "toolkit/UITrap.h"
 
 class QWidget;
 class QMainWindow;
@@ -100,7 +101,7 @@ class Window : public Object {
 
   const std::shared_ptr<Picture>& Backdrop() const { return backdrop_; }
   void SetBackdrop(std::shared_ptr<Picture> picture);
-  MenuBar* GetMenuBar() const { return menuBar_; }
+  MenuBar* GetMenuBar() const { UITrap(); return menuBar_; }
   void SetMenuBar(MenuBar* bar);
 
   // For the toolkit and its tests only.

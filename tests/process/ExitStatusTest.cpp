@@ -1,28 +1,40 @@
 // How the process ends: the answer No after the 90th number ends it with
-// status 0, with no question beyond the one at the end of each game.
+// status 0, with no question beyond the one at the end of each game; a quit
+// request from the system ends it with status 0 too, in mid-game.
 #include <QProcess>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-// Runs the program with the given answers; what it printed and its status.
-std::pair<QString, int> RunScripted(const QString& answers) {
+// Runs the program with the given arguments; what it printed and its status.
+std::pair<std::string, int> RunScripted(const QStringList& arguments) {
   QProcess p;
   p.setProgram(QStringLiteral(SCRIPTED_RUN));
-  p.setArguments({answers});
+  p.setArguments(arguments);
   p.setProcessChannelMode(QProcess::ForwardedErrorChannel);
   p.start();
   EXPECT_TRUE(p.waitForFinished(60000)) << "the program did not end";
   EXPECT_EQ(p.exitStatus(), QProcess::NormalExit) << "the program crashed";
-  return {QString::fromLocal8Bit(p.readAllStandardOutput()), p.exitCode()};
+  return {p.readAllStandardOutput().toStdString(), p.exitCode()};
 }
 
 TEST(ExitStatus, NoAfterTheNinetiethNumberEndsTheProcessWithStatusZeroAndYesPlaysOn) {
-  const QString first = QStringLiteral("asked after 90 presses with 90 gone\n");
-  EXPECT_EQ(RunScripted(QStringLiteral("no")), std::pair(first + "exit 0 after 90 presses\n", 0));
-  EXPECT_EQ(RunScripted(QStringLiteral("yes,no")),
-            std::pair(first + "asked after 180 presses with 90 gone\nexit 0 after 180 presses\n", 0));
+  const std::string first = "asked after 90 presses with 90 gone\n";
+  EXPECT_EQ(RunScripted({QStringLiteral("no")}), std::pair(first + "finalized\nexit 0 after 90 presses\n", 0));
+  EXPECT_EQ(RunScripted({QStringLiteral("yes,no")}),
+            std::pair(first + "asked after 180 presses with 90 gone\nfinalized\nexit 0 after 180 presses\n", 0));
+}
+
+TEST(ExitStatus, AQuitRequestFromTheSystemIsNeverRefused) {
+  // In mid-game, the presses go on after the request: a program that
+  // refused it would play the game out and be asked at its end. While the
+  // end question stands unanswered, a refusal would leave it standing. Both
+  // end where they stand, as File > Quit does, through the finalizers.
+  EXPECT_EQ(RunScripted({QStringLiteral("yes"), QStringLiteral("10")}),
+            std::pair(std::string("quit requested with press 10\nfinalized\nexit 0 after 10 presses\n"), 0));
+  EXPECT_EQ(RunScripted({QStringLiteral("dialog"), QStringLiteral("90")}),
+            std::pair(std::string("quit requested with press 90\nfinalized\nexit 0 after 90 presses\n"), 0));
 }
 
 }  // namespace

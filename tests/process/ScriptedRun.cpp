@@ -1,16 +1,23 @@
 // The real program, start-up to exit, with the operator replaced by a
 // script: NEXT NUMBER is pressed from the event loop over and over, and the
 // end question is answered from the command line ("yes,no" answers Yes at
-// the end of the first game and No at the end of the second). Prints what
-// it saw; its exit status is the program's.
+// the end of the first game and No at the end of the second; "dialog" leaves
+// the real question standing, unanswered). A second argument N has the
+// system ask the application to quit with the Nth press, as a logout or the
+// Dock's Quit does. Prints what it saw, and that the finalizers ran; its exit
+// status is the program's.
+#include <QCoreApplication>
+#include <QEvent>
 #include <QStringList>
 #include <QTimer>
 
 #include <cstdio>
+#include <cstring>
 #include <deque>
 
 #include "engine/Module1.h"
 #include "shell/Startup.h"
+#include "toolkit/Application.h"
 #include "toolkit/MsgBox.h"
 #include "window/ImplicitWindow.h"
 
@@ -18,8 +25,9 @@ int main(int argc, char** argv) {
   std::deque<tk::Integer> answers;
   for (const QString& a : QString::fromLatin1(argc > 1 ? argv[1] : "").split(',', Qt::SkipEmptyParts))
     answers.push_back(a == "yes" ? tk::kAnswerYes : tk::kAnswerNo);
+  const int quitWith = argc > 2 ? QString::fromLatin1(argv[2]).toInt() : 0;
   int presses = 0;
-  tk::SetMsgBoxAnswerer([&](const tk::String&, tk::Integer, const tk::String&) {
+  if (std::strcmp(argc > 1 ? argv[1] : "", "dialog") != 0) tk::SetMsgBoxAnswerer([&](const tk::String&, tk::Integer, const tk::String&) {
     std::printf("asked after %d presses with %lld gone\n", presses, static_cast<long long>(Module1::HowManyNumbersGone));
     std::fflush(stdout);
     if (answers.empty()) return tk::kAnswerNo;
@@ -31,9 +39,24 @@ int main(int argc, char** argv) {
   QTimer presser;
   QObject::connect(&presser, &QTimer::timeout, [&] {
     ++presses;
+    // The request comes from the event loop once the press is done, or
+    // while its question stands, and is sent at once, as the platform sends
+    // its termination request. (A Quit posted here would wait for the
+    // question's end: Qt keeps a posted quit for the loop it was posted in.)
+    // Pressing goes on after it: a refused quit plays the game out to its
+    // question.
+    if (presses == quitWith) {
+      std::printf("quit requested with press %d\n", presses);
+      QTimer::singleShot(0, [] {
+        QEvent quit(QEvent::Quit);
+        QCoreApplication::sendEvent(QCoreApplication::instance(), &quit);
+      });
+    }
     ImplicitWindow1().PushButton2()->Push();
   });
   QTimer::singleShot(0, [&] { presser.start(0); });
+  // Every way out takes the one shutdown path, past the finalizers.
+  tk::AtFinalize([] { std::printf("finalized\n"); });
   char* args[] = {argv[0], nullptr};
   int count = 1;
   const int status = shell::main(count, args);
