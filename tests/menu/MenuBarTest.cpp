@@ -11,55 +11,63 @@
 #include <QToolButton>
 #include <QtTest/QTest>
 
+#include <algorithm>
+#include <iterator>
+
 #include "shell/MainMenuBar.h"
 #include "shell/Startup.h"
 #include "tests/game/GameFixture.h"
+#include "tests/tables/Tables.h"
 #include "window/ImplicitWindow.h"
 
 namespace testgame {
 namespace {
 
-struct Row {
-  const char* name;
-  const char* text;
-  QKeySequence key;
-};
+// The rows under a parent, "" for the bar, in order.
+std::vector<tables::MenuRow> RowsUnder(std::string_view parent) {
+  std::vector<tables::MenuRow> rows;
+  std::copy_if(tables::kMenu.begin(), tables::kMenu.end(), std::back_inserter(rows), [&](auto& r) { return r.parent == parent; });
+  return rows;
+}
 
-const std::vector<std::pair<Row, std::vector<Row>>> kBar = {
-    {{"FileMenu", "&File", {}}, {{"FileQuit", "&Quit", QKeySequence(Qt::CTRL | Qt::Key_Q)}}},
-    {{"EditMenu", "&Edit", {}},
-     {{"EditUndo", "&Undo", QKeySequence(Qt::CTRL | Qt::Key_Z)},
-      {"EditSeparator1", "-", {}},
-      {"EditCut", "Cu&t", QKeySequence(Qt::CTRL | Qt::Key_X)},
-      {"EditCopy", "&Copy", QKeySequence(Qt::CTRL | Qt::Key_C)},
-      {"EditPaste", "&Paste", QKeySequence(Qt::CTRL | Qt::Key_V)},
-      {"EditClear", "&Delete", {}},
-      {"EditSeparator2", "-", {}},
-      {"EditSelectAll", "Select &All", QKeySequence(Qt::CTRL | Qt::Key_A)}}},
-};
+// "Cmd" is the platform's command modifier, Ctrl to Qt.
+QKeySequence KeyOf(const tables::MenuRow& row) {
+  return QKeySequence::fromString(QString::fromUtf8(row.shortcut.data(), qsizetype(row.shortcut.size())).replace("Cmd", "Ctrl"));
+}
 
-// The window shows exactly the table, in order, and each shown action
-// belongs to the item of that row.
-TEST_F(GameTest, TheWindowShowsFileThenEditExactlyAsBuilt) {
+// The item and the action that shows it hold the row.
+void ExpectRow(const tk::MenuItem& item, const QAction* shown, const tables::MenuRow& row) {
+  EXPECT_EQ(item.Name(), row.name);
+  EXPECT_EQ(item.Text(), row.text) << row.name;
+  EXPECT_EQ(item.KeyboardShortcut(), row.shortcut) << row.name;
+  EXPECT_EQ(item.ClassName(), row.className) << row.name;
+  EXPECT_TRUE(item.AutoEnable() && item.Visible()) << row.name;
+  EXPECT_EQ(shown->isSeparator() ? QStringLiteral("-") : shown->text(), QString::fromUtf8(row.text.data(), qsizetype(row.text.size()))) << row.name;
+  EXPECT_EQ(shown->shortcut(), KeyOf(row)) << row.name;
+  EXPECT_TRUE(shown->isVisible() && shown->isEnabled()) << row.name;
+}
+
+// The window shows exactly the menu rows as the design gives them, in
+// order, and each shown action belongs to the item of its row.
+TEST_F(GameTest, TheWindowShowsEveryMenuRowInOrder) {
   Open();
   const QList<QAction*> menus = window->TopLevel()->menuBar()->actions();
-  ASSERT_EQ(menus.size(), 2);
   tk::MenuBar& bar = ImplicitMainMenuBar();
-  for (std::size_t m = 0; m < kBar.size(); ++m) {
-    const auto& [head, rows] = kBar[m];
-    EXPECT_EQ(menus[m]->text(), head.text);
-    EXPECT_EQ(bar.Item(m)->Name(), head.name);
-    const QList<QAction*> items = menus[m]->menu<QMenu*>()->actions();
-    ASSERT_EQ(items.size(), static_cast<qsizetype>(rows.size())) << head.name;
+  const auto heads = RowsUnder("");
+  ASSERT_EQ(menus.size(), qsizetype(heads.size()));
+  ASSERT_EQ(bar.Count(), tk::Integer(heads.size())) << "the bar was built more than once";
+  for (std::size_t m = 0; m < heads.size(); ++m) {
+    ExpectRow(*bar.Item(tk::Integer(m)), menus[qsizetype(m)], heads[m]);
+    const auto rows = RowsUnder(heads[m].name);
+    const QList<QAction*> items = menus[qsizetype(m)]->menu<QMenu*>()->actions();
+    ASSERT_EQ(items.size(), qsizetype(rows.size())) << heads[m].name;
+    ASSERT_EQ(bar.Item(tk::Integer(m))->Count(), tk::Integer(rows.size())) << heads[m].name;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      tk::MenuItem& item = *bar._Lookup(rows[i].name);
-      EXPECT_EQ(item._Shown(), std::vector<QAction*>{items[i]}) << rows[i].name;
-      EXPECT_EQ(items[i]->isSeparator() ? QStringLiteral("-") : items[i]->text(), rows[i].text) << rows[i].name;
-      EXPECT_EQ(items[i]->shortcut(), rows[i].key) << rows[i].name;
-      EXPECT_TRUE(items[i]->isVisible() && items[i]->isEnabled());
+      const tk::MenuItem& item = *bar.Item(tk::Integer(m))->Item(tk::Integer(i));
+      ExpectRow(item, items[qsizetype(i)], rows[i]);
+      EXPECT_EQ(item._Shown(), std::vector<QAction*>{items[qsizetype(i)]}) << rows[i].name;
     }
   }
-  EXPECT_EQ(bar.Count(), 2) << "the bar was built more than once";
 }
 
 // The bar's button for menus that don't fit gets its icon only when it is
@@ -86,16 +94,16 @@ TEST_F(GameTest, EditCommandsAndTheirShortcutsChangeNothing) {
   for (int i = 0; i < 5; ++i) Press();
   Tick();  // black: a stray tick would show as white
   const Snapshot before = Look();
-  for (const Row& row : kBar[1].second) {
-    QAction* action = window->EditMenu()->Child(row.name)->_Shown().at(0);
+  for (const tables::MenuRow& row : RowsUnder("EditMenu")) {
+    QAction* action = window->EditMenu()->Child(tk::String(row.name))->_Shown().at(0);
     QSignalSpy fired(action, &QAction::triggered);
     action->trigger();
     for (const char* button : {"PushButton1", "PushButton2", "PushButton3"}) {
       QWidget* focus = tk::CheckCast<tk::PushButton>(window->ControlByName(button))->Widget();
       focus->setFocus();
-      if (!row.key.isEmpty()) QTest::keySequence(focus, row.key);
+      if (!row.shortcut.empty()) QTest::keySequence(focus, KeyOf(row));
     }
-    EXPECT_EQ(fired.size(), row.key.isEmpty() ? 1 : 4) << row.name << ": not every shortcut reached the menu";
+    EXPECT_EQ(fired.size(), row.shortcut.empty() ? 1 : 4) << row.name << ": not every shortcut reached the menu";
     EXPECT_EQ(Look(), before) << row.name;
   }
 }
