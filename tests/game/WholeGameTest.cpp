@@ -46,6 +46,7 @@ TEST_F(GameTest, AWholeGamePressByPressThenYesLaysTheNextDraw) {
   Tick();
   EXPECT_EQ(Look().mainColor, kWhite) << "near-white is not white: a tick on it gives white";
 
+  // The 89 presses of OrderB and the first of OrderA show all 90 calls.
   const std::vector<tk::Integer> order = OrderB();
   for (std::size_t H = 0; H < 89; ++H) {
     if (H == 4) window->MainNumber()->SetTextColor(0x123456);  // press 5 must leave the colour alone

@@ -11,9 +11,6 @@
 #include <QToolButton>
 #include <QtTest/QTest>
 
-#include <algorithm>
-#include <iterator>
-
 #include "shell/MainMenuBar.h"
 #include "shell/Startup.h"
 #include "tests/game/GameFixture.h"
@@ -23,50 +20,45 @@
 namespace testgame {
 namespace {
 
-// The rows under a parent, "" for the bar, in order.
-std::vector<tables::MenuRow> RowsUnder(std::string_view parent) {
-  std::vector<tables::MenuRow> rows;
-  std::copy_if(tables::kMenu.begin(), tables::kMenu.end(), std::back_inserter(rows), [&](auto& r) { return r.parent == parent; });
-  return rows;
-}
-
 // "Cmd" is the platform's command modifier, Ctrl to Qt.
 QKeySequence KeyOf(const tables::MenuRow& row) {
   return QKeySequence::fromString(QString::fromUtf8(row.shortcut.data(), qsizetype(row.shortcut.size())).replace("Cmd", "Ctrl"));
 }
 
-// The item and the action that shows it hold the row.
-void ExpectRow(const tk::MenuItem& item, const QAction* shown, const tables::MenuRow& row) {
-  EXPECT_EQ(item.Name(), row.name);
-  EXPECT_EQ(item.Text(), row.text) << row.name;
-  EXPECT_EQ(item.KeyboardShortcut(), row.shortcut) << row.name;
-  EXPECT_EQ(item.ClassName(), row.className) << row.name;
-  EXPECT_TRUE(item.AutoEnable() && item.Visible()) << row.name;
-  EXPECT_EQ(shown->isSeparator() ? QStringLiteral("-") : shown->text(), QString::fromUtf8(row.text.data(), qsizetype(row.text.size()))) << row.name;
-  EXPECT_EQ(shown->shortcut(), KeyOf(row)) << row.name;
-  EXPECT_TRUE(shown->isVisible() && shown->isEnabled()) << row.name;
-}
-
-// The window shows exactly the menu rows as the design gives them, in
-// order, and each shown action belongs to the item of its row.
+// The bar, menu by menu, holds exactly the menu rows as the design gives
+// them, in order, and the window shows each row by the item's own action.
 TEST_F(GameTest, TheWindowShowsEveryMenuRowInOrder) {
   Open();
+  struct Shown {
+    tk::String parent;
+    const tk::MenuItem* item;
+    QAction* action;
+  };
+  std::vector<Shown> shown;
+  const tk::MenuBar& bar = ImplicitMainMenuBar();
   const QList<QAction*> menus = window->TopLevel()->menuBar()->actions();
-  tk::MenuBar& bar = ImplicitMainMenuBar();
-  const auto heads = RowsUnder("");
-  ASSERT_EQ(menus.size(), qsizetype(heads.size()));
-  ASSERT_EQ(bar.Count(), tk::Integer(heads.size())) << "the bar was built more than once";
-  for (std::size_t m = 0; m < heads.size(); ++m) {
-    ExpectRow(*bar.Item(tk::Integer(m)), menus[qsizetype(m)], heads[m]);
-    const auto rows = RowsUnder(heads[m].name);
-    const QList<QAction*> items = menus[qsizetype(m)]->menu<QMenu*>()->actions();
-    ASSERT_EQ(items.size(), qsizetype(rows.size())) << heads[m].name;
-    ASSERT_EQ(bar.Item(tk::Integer(m))->Count(), tk::Integer(rows.size())) << heads[m].name;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      const tk::MenuItem& item = *bar.Item(tk::Integer(m))->Item(tk::Integer(i));
-      ExpectRow(item, items[qsizetype(i)], rows[i]);
-      EXPECT_EQ(item._Shown(), std::vector<QAction*>{items[qsizetype(i)]}) << rows[i].name;
-    }
+  ASSERT_EQ(menus.size(), bar.Count()) << "the bar was built more than once, or not shown";
+  for (tk::Integer m = 0; m < bar.Count(); ++m) {
+    const tk::MenuItem& menu = *bar.Item(m);
+    shown.push_back({"", &menu, menus[m]});
+    const QList<QAction*> items = menus[m]->menu<QMenu*>()->actions();
+    ASSERT_EQ(items.size(), menu.Count()) << menu.Name();
+    for (tk::Integer i = 0; i < menu.Count(); ++i) shown.push_back({menu.Name(), menu.Item(i).get(), items[i]});
+  }
+  ASSERT_EQ(shown.size(), tables::kMenu.size());
+  for (std::size_t r = 0; r < shown.size(); ++r) {
+    const tables::MenuRow& row = tables::kMenu[r];
+    const auto& [parent, item, action] = shown[r];
+    EXPECT_EQ(parent, row.parent) << row.name;
+    EXPECT_EQ(item->Name(), row.name);
+    EXPECT_EQ(item->Text(), row.text) << row.name;
+    EXPECT_EQ(item->KeyboardShortcut(), row.shortcut) << row.name;
+    EXPECT_EQ(item->ClassName(), row.className) << row.name;
+    EXPECT_TRUE(item->AutoEnable() && item->Visible()) << row.name;
+    EXPECT_EQ((action->isSeparator() ? QStringLiteral("-") : action->text()).toStdString(), row.text) << row.name;
+    EXPECT_EQ(action->shortcut(), KeyOf(row)) << row.name;
+    EXPECT_TRUE(action->isVisible() && action->isEnabled()) << row.name;
+    EXPECT_EQ(item->_Shown(), std::vector<QAction*>{action}) << row.name;
   }
 }
 
@@ -94,7 +86,8 @@ TEST_F(GameTest, EditCommandsAndTheirShortcutsChangeNothing) {
   for (int i = 0; i < 5; ++i) Press();
   Tick();  // black: a stray tick would show as white
   const Snapshot before = Look();
-  for (const tables::MenuRow& row : RowsUnder("EditMenu")) {
+  for (const tables::MenuRow& row : tables::kMenu) {
+    if (row.parent != "EditMenu") continue;
     QAction* action = window->EditMenu()->Child(tk::String(row.name))->_Shown().at(0);
     QSignalSpy fired(action, &QAction::triggered);
     action->trigger();
