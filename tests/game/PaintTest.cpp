@@ -8,14 +8,14 @@
 #include <QWidget>
 
 #include "tests/game/GameFixture.h"
-#include "window/LayoutData.h"
+#include "tests/tables/Tables.h"
 
 namespace testgame {
 namespace {
 
 // Pixels of exactly that colour inside the named label's rectangle.
 int Pixels(const QImage& shot, const char* label, QRgb colour) {
-  for (const auto& l : layout::Labels()) {
+  for (const auto& l : tables::kPanel) {
     if (std::string(l.name) != label) continue;
     const QRect area = QRect(int(l.left), int(l.top), int(l.width), int(l.height)) & shot.rect();
     int n = 0;

@@ -1,7 +1,7 @@
 // A whole game press by press, the end question, and RESET.
 #include "engine/Module1.h"
-#include "caller/CallTable.h"
 #include "tests/game/GameFixture.h"
+#include "tests/tables/Tables.h"
 #include "toolkit/Strings.h"
 
 namespace testgame {
@@ -15,7 +15,7 @@ void ExpectAfterPress(const Snapshot& s, const std::vector<tk::Integer>& order, 
   EXPECT_EQ(s.main, num(0));
   EXPECT_EQ(s.gone, std::to_string(H + 1));
   EXPECT_EQ((std::vector{s.last, s.last1, s.last2}), (std::vector{num(1), num(2), num(3)}));
-  EXPECT_EQ(s.call, tk::Split(caller::kNicknameText, ",")(order[H] - 1));
+  EXPECT_EQ(s.call, tables::kCalls[std::size_t(order[H] - 1)]);
   EXPECT_EQ(s.flashing, H == 4) << "only the fifth number flashes";
   EXPECT_EQ(s.yellow, std::set<tk::Integer>(order.begin(), order.begin() + static_cast<long>(H) + 1));
   EXPECT_EQ(s.yellow.size() + s.grey.size(), 90u) << "every cell is yellow or play grey";
@@ -46,6 +46,7 @@ TEST_F(GameTest, AWholeGamePressByPressThenYesLaysTheNextDraw) {
   Tick();
   EXPECT_EQ(Look().mainColor, kWhite) << "near-white is not white: a tick on it gives white";
 
+  // The 89 presses of OrderB and the first of OrderA show all 90 calls.
   const std::vector<tk::Integer> order = OrderB();
   for (std::size_t H = 0; H < 89; ++H) {
     if (H == 4) window->MainNumber()->SetTextColor(0x123456);  // press 5 must leave the colour alone

@@ -14,52 +14,52 @@
 #include "shell/MainMenuBar.h"
 #include "shell/Startup.h"
 #include "tests/game/GameFixture.h"
+#include "tests/tables/Tables.h"
 #include "window/ImplicitWindow.h"
 
 namespace testgame {
 namespace {
 
-struct Row {
-  const char* name;
-  const char* text;
-  QKeySequence key;
-};
+// "Cmd" is the platform's command modifier, Ctrl to Qt.
+QKeySequence KeyOf(const tables::MenuRow& row) {
+  return QKeySequence::fromString(QString::fromUtf8(row.shortcut.data(), qsizetype(row.shortcut.size())).replace("Cmd", "Ctrl"));
+}
 
-const std::vector<std::pair<Row, std::vector<Row>>> kBar = {
-    {{"FileMenu", "&File", {}}, {{"FileQuit", "&Quit", QKeySequence(Qt::CTRL | Qt::Key_Q)}}},
-    {{"EditMenu", "&Edit", {}},
-     {{"EditUndo", "&Undo", QKeySequence(Qt::CTRL | Qt::Key_Z)},
-      {"EditSeparator1", "-", {}},
-      {"EditCut", "Cu&t", QKeySequence(Qt::CTRL | Qt::Key_X)},
-      {"EditCopy", "&Copy", QKeySequence(Qt::CTRL | Qt::Key_C)},
-      {"EditPaste", "&Paste", QKeySequence(Qt::CTRL | Qt::Key_V)},
-      {"EditClear", "&Delete", {}},
-      {"EditSeparator2", "-", {}},
-      {"EditSelectAll", "Select &All", QKeySequence(Qt::CTRL | Qt::Key_A)}}},
-};
-
-// The window shows exactly the table, in order, and each shown action
-// belongs to the item of that row.
-TEST_F(GameTest, TheWindowShowsFileThenEditExactlyAsBuilt) {
+// The bar, menu by menu, holds exactly the menu rows as the design gives
+// them, in order, and the window shows each row by the item's own action.
+TEST_F(GameTest, TheWindowShowsEveryMenuRowInOrder) {
   Open();
+  struct Shown {
+    tk::String parent;
+    const tk::MenuItem* item;
+    QAction* action;
+  };
+  std::vector<Shown> shown;
+  const tk::MenuBar& bar = ImplicitMainMenuBar();
   const QList<QAction*> menus = window->TopLevel()->menuBar()->actions();
-  ASSERT_EQ(menus.size(), 2);
-  tk::MenuBar& bar = ImplicitMainMenuBar();
-  for (std::size_t m = 0; m < kBar.size(); ++m) {
-    const auto& [head, rows] = kBar[m];
-    EXPECT_EQ(menus[m]->text(), head.text);
-    EXPECT_EQ(bar.Item(m)->Name(), head.name);
+  ASSERT_EQ(menus.size(), bar.Count()) << "the bar was built more than once, or not shown";
+  for (tk::Integer m = 0; m < bar.Count(); ++m) {
+    const tk::MenuItem& menu = *bar.Item(m);
+    shown.push_back({"", &menu, menus[m]});
     const QList<QAction*> items = menus[m]->menu<QMenu*>()->actions();
-    ASSERT_EQ(items.size(), static_cast<qsizetype>(rows.size())) << head.name;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      tk::MenuItem& item = *bar._Lookup(rows[i].name);
-      EXPECT_EQ(item._Shown(), std::vector<QAction*>{items[i]}) << rows[i].name;
-      EXPECT_EQ(items[i]->isSeparator() ? QStringLiteral("-") : items[i]->text(), rows[i].text) << rows[i].name;
-      EXPECT_EQ(items[i]->shortcut(), rows[i].key) << rows[i].name;
-      EXPECT_TRUE(items[i]->isVisible() && items[i]->isEnabled());
-    }
+    ASSERT_EQ(items.size(), menu.Count()) << menu.Name();
+    for (tk::Integer i = 0; i < menu.Count(); ++i) shown.push_back({menu.Name(), menu.Item(i).get(), items[i]});
   }
-  EXPECT_EQ(bar.Count(), 2) << "the bar was built more than once";
+  ASSERT_EQ(shown.size(), tables::kMenu.size());
+  for (std::size_t r = 0; r < shown.size(); ++r) {
+    const tables::MenuRow& row = tables::kMenu[r];
+    const auto& [parent, item, action] = shown[r];
+    EXPECT_EQ(parent, row.parent) << row.name;
+    EXPECT_EQ(item->Name(), row.name);
+    EXPECT_EQ(item->Text(), row.text) << row.name;
+    EXPECT_EQ(item->KeyboardShortcut(), row.shortcut) << row.name;
+    EXPECT_EQ(item->ClassName(), row.className) << row.name;
+    EXPECT_TRUE(item->AutoEnable() && item->Visible()) << row.name;
+    EXPECT_EQ((action->isSeparator() ? QStringLiteral("-") : action->text()).toStdString(), row.text) << row.name;
+    EXPECT_EQ(action->shortcut(), KeyOf(row)) << row.name;
+    EXPECT_TRUE(action->isVisible() && action->isEnabled()) << row.name;
+    EXPECT_EQ(item->_Shown(), std::vector<QAction*>{action}) << row.name;
+  }
 }
 
 // The bar's button for menus that don't fit gets its icon only when it is
@@ -86,16 +86,17 @@ TEST_F(GameTest, EditCommandsAndTheirShortcutsChangeNothing) {
   for (int i = 0; i < 5; ++i) Press();
   Tick();  // black: a stray tick would show as white
   const Snapshot before = Look();
-  for (const Row& row : kBar[1].second) {
-    QAction* action = window->EditMenu()->Child(row.name)->_Shown().at(0);
+  for (const tables::MenuRow& row : tables::kMenu) {
+    if (row.parent != "EditMenu") continue;
+    QAction* action = window->EditMenu()->Child(tk::String(row.name))->_Shown().at(0);
     QSignalSpy fired(action, &QAction::triggered);
     action->trigger();
     for (const char* button : {"PushButton1", "PushButton2", "PushButton3"}) {
       QWidget* focus = tk::CheckCast<tk::PushButton>(window->ControlByName(button))->Widget();
       focus->setFocus();
-      if (!row.key.isEmpty()) QTest::keySequence(focus, row.key);
+      if (!row.shortcut.empty()) QTest::keySequence(focus, KeyOf(row));
     }
-    EXPECT_EQ(fired.size(), row.key.isEmpty() ? 1 : 4) << row.name << ": not every shortcut reached the menu";
+    EXPECT_EQ(fired.size(), row.shortcut.empty() ? 1 : 4) << row.name << ": not every shortcut reached the menu";
     EXPECT_EQ(Look(), before) << row.name;
   }
 }

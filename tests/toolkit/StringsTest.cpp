@@ -1,8 +1,7 @@
 // Val and Split at their edges; every number's round trip through a label's
-// text is walked by the whole-game test.
+// text, and every call split from the table, is walked by the whole-game test.
 #include <gtest/gtest.h>
 
-#include "caller/CallTable.h"
 #include "toolkit/Strings.h"
 
 namespace {
@@ -23,18 +22,6 @@ TEST(Strings, SplitKeepsEmptyFieldsAndTheTail) {
   EXPECT_EQ(tk::Split("a--b", "--")(1), "b");
   EXPECT_THROW(parts(5), tk::OutOfBoundsException);
   EXPECT_THROW(parts(-1), tk::OutOfBoundsException);
-}
-
-// The table's quirks, which a tidy-minded edit would lose.
-TEST(Strings, TheCallTableSplitsIntoNinetyUntrimmedFreeCalls) {
-  const auto calls = tk::Split(caller::kNicknameText, ",");
-  ASSERT_EQ(calls.Count(), 90);
-  EXPECT_EQ(calls(18), "Goobye Teens");
-  EXPECT_EQ(calls(55), calls(75)) << "56 and 76 share their call";
-  for (tk::Integer i = 0; i < 90; ++i) {
-    EXPECT_FALSE(calls(i).empty() || calls(i).front() == ' ' || calls(i).back() == ' ') << i + 1;
-    EXPECT_LE(calls(i).size(), 19u);
-  }
 }
 
 }  // namespace

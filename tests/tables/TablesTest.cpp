@@ -1,0 +1,141 @@
+// The window the program builds and its layout streams, against the tables
+// as the design gives them (Tables.h).
+#include <QMainWindow>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <span>
+
+#include "tests/tables/Tables.h"
+#include "toolkit/PropertyStream.h"
+#include "window/LayoutData.h"
+#include "window/Window1.h"
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using Entries = std::vector<tables::Entry>;
+using namespace std::string_literals;
+
+// One control as the tables give it: its entries in its stream's order.
+struct Expected {
+  std::string name;
+  tk::Integer index;
+  Entries entries;
+};
+
+// The control's own entries and the shared ones, in the kind's order.
+Entries InOrder(std::span<const std::string_view> order, const Entries& alike, Entries entries) {
+  entries.insert(entries.end(), alike.begin(), alike.end());
+  EXPECT_EQ(entries.size(), order.size());
+  std::ranges::sort(entries, {}, [&](const tables::Entry& e) { return std::ranges::find(order, e.name) - order.begin(); });
+  return entries;
+}
+
+Expected OfLabel(const tables::Label& l, tk::Integer index) {
+  return {l.name, index, InOrder(tables::kLabelOrder, tables::kLabelsAlike, {
+      {"Left", l.left}, {"Top", l.top}, {"Width", l.width}, {"Height", l.height}, {"TextSize", l.textSize},
+      {"Bold", l.bold}, {"TextColor", l.textColor}, {"Text", tk::String(l.text)}, {"TabIndex", l.tabIndex},
+      {"Index", index}, {"Name", tk::String(l.name)}})};
+}
+
+// The 102 controls: panel, board, buttons, timer.
+std::vector<Expected> Controls() {
+  std::vector<Expected> all;
+  for (const tables::Label& l : tables::kPanel) all.push_back(OfLabel(l, tk::kNoIndex));
+  for (tk::Integer k = 0; k < 90; ++k) {
+    tables::Label cell = tables::kCell;
+    cell.left = tables::kCellLeft[std::size_t(k % 10)];
+    cell.top = tables::kCellTop[std::size_t(k / 10)][std::size_t(k % 10)];
+    cell.tabIndex = k + 8;
+    all.push_back(OfLabel(cell, k));
+  }
+  for (const tables::Button& b : tables::kButtons) {
+    all.push_back({b.name, tk::kNoIndex, InOrder(tables::kButtonOrder, tables::kButtonsAlike, {
+        {"InitialParent", tk::String(b.initialParent)}, {"ButtonStyle", b.buttonStyle}, {"Cancel", b.cancel},
+        {"Default", b.isDefault}, {"Caption", tk::String(b.caption)}, {"TabIndex", b.tabIndex},
+        {"Height", b.height}, {"Width", b.width}, {"Top", b.top}, {"Left", b.left}, {"Name", tk::String(b.name)}})});
+  }
+  all.push_back({"Timer1", tk::kNoIndex, tables::kTimer});
+  return all;
+}
+
+// The window with its layout alone: the opening's reset, which repaints the
+// numbers, does not run.
+class LaidOutWindow : public Window1 {
+ protected:
+  void Event_Open() override {}
+};
+
+// Each object's stream holds its entries, names spelt as written, in order
+// and nothing more; the object holds each value, read back through the
+// toolkit; its widget stands at its place in window coordinates, in its font.
+TEST(DesignTables, EveryStreamAndTheWindowBuiltFromItHoldTheTables) {
+  auto window = std::make_unique<LaidOutWindow>();
+  window->Constructor();
+  window->Timer1()->SetEnabled(false);
+  auto expect = [](const tk::Object& object, const Bytes& stream, const Entries& want, const std::string& who) {
+    std::size_t i = 0;
+    tk::PropertyReader reader(object, stream);
+    for (tk::PropertyEntry e; reader.Next(e); ++i) {
+      if (i >= want.size()) continue;  // counted below
+      const auto name = stream.begin() + std::ptrdiff_t(e.offset);
+      EXPECT_EQ(std::string(name, std::find(name, stream.end(), ' ')), want[i].name) << who << " entry " << i;
+      EXPECT_EQ(e.value, want[i].value) << who << "." << want[i].name << " in the stream";
+      EXPECT_EQ(tk::GetProperty(object, want[i].name), want[i].value) << who << "." << want[i].name;
+    }
+    EXPECT_EQ(i, want.size()) << who;
+  };
+  expect(*window, layout::WindowStream(), tables::kWindow, "Window1");
+  EXPECT_EQ(window->Content()->size(), QSize(1036, 572));
+  EXPECT_EQ(window->TopLevel()->windowTitle(), "Calloquin");
+  const Qt::WindowFlags flags = window->TopLevel()->windowFlags();
+  EXPECT_FALSE(flags & (Qt::WindowCloseButtonHint | Qt::WindowMaximizeButtonHint));
+  EXPECT_TRUE(flags & Qt::WindowMinimizeButtonHint);
+
+  EXPECT_EQ(layout::ControlStreams().size(), 102u);
+  for (const Expected& c : Controls()) {
+    const std::string who = c.index == tk::kNoIndex ? c.name : c.name + "(" + std::to_string(c.index) + ")";
+    tk::Control* control = c.index == tk::kNoIndex ? window->ControlByName(c.name) : window->ControlByNameIndex(c.name, c.index);
+    ASSERT_NE(control, nullptr) << who;
+    expect(*control, layout::ControlStream(c.name, c.index), c.entries, who);
+    auto* rect = dynamic_cast<tk::RectControl*>(control);
+    if (rect == nullptr) continue;
+    auto value = [&](std::string_view name) {
+      return std::find_if(c.entries.begin(), c.entries.end(), [&](const tables::Entry& e) { return e.name == name; })->value;
+    };
+    auto at = [&](std::string_view name) { return int(std::get<tk::Integer>(value(name))); };
+    const QWidget* w = rect->Widget();
+    EXPECT_EQ(QRect(w->mapTo(window->Content(), QPoint(0, 0)), w->size()), QRect(at("Left"), at("Top"), at("Width"), at("Height"))) << who;
+    const float size = std::get<float>(value("TextSize"));
+    EXPECT_EQ(w->font().pixelSize(), size > 0 ? int(size) : tk::kOrdinaryTextPixels) << who;
+    EXPECT_EQ(w->font().bold(), std::get<bool>(value("Bold"))) << who;
+    EXPECT_TRUE(w->isVisibleTo(window->Content())) << who;
+  }
+}
+
+TEST(DesignTables, WorkedExamplesHaveTheirExactBytes) {
+  auto bytes = [](const std::string& text) { return Bytes(text.begin(), text.end()); };
+  auto holds = [&](const Bytes& stream, const std::string& text) {
+    const Bytes entry = bytes(text);
+    return std::search(stream.begin(), stream.end(), entry.begin(), entry.end()) != stream.end();
+  };
+  EXPECT_EQ(layout::ControlStream("Timer1"), bytes("Period \x90\x01\0\0\0\0\0\0Mode \x02\0\0\0\0\0\0\0"s));
+  const Bytes& window = layout::WindowStream();
+  EXPECT_EQ(Bytes(window.begin(), window.begin() + 29), bytes("Width \x0C\x04\0\0\0\0\0\0Height \x3C\x02\0\0\0\0\0\0"s));
+  EXPECT_TRUE(holds(window, "Title \x09\0\0\0CalloquinCloseButton \0"s));
+  // Values whose bytes look like blanks or letters, and colours blue first.
+  const Bytes& main = layout::ControlStream("MainNumber");
+  EXPECT_TRUE(holds(main, "Top \xF6\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s));
+  EXPECT_TRUE(holds(main, "TextSize \x00\x00\x66\x43"s));
+  EXPECT_TRUE(holds(main, "TextColor \xFE\xFE\xFF\x00"s));
+  EXPECT_TRUE(holds(main, "Index \x00\x00\x00\x80\xFF\xFF\xFF\xFF"s));
+  EXPECT_TRUE(holds(layout::CellStream(0), "Height \x24\0\0\0\0\0\0\0Width \x2A\0\0\0\0\0\0\0Top \x20\0\0\0\0\0\0\0"s));
+  EXPECT_TRUE(holds(layout::ControlStream("PushButton3"), "InitialParent \x0A\0\0\0MainNumberUnderline "s));
+
+}
+
+}  // namespace
