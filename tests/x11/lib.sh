@@ -32,7 +32,10 @@ until_ok() {
 # -noreset: by default the server resets whenever its last client leaves,
 # as happens between two starts of the program (each xdotool call is a
 # client of its own); a start that falls into the reset finds no display.
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$work/display" 2>"$work/xvfb.log" &
+# -r: no autorepeat. On a loaded machine xdotool can be held up between a
+# key's press and its release for longer than the repeat delay, and the
+# server would then type the key again by itself.
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -r 3>"$work/display" 2>"$work/xvfb.log" &
 xvfb_pid=$!
 until_ok 100 test -s "$work/display" || fail "Xvfb did not start"
 export DISPLAY=":$(cat "$work/display")"
