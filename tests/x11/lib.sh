@@ -74,10 +74,16 @@ look() {
   [ "$stray" -eq 0 ] || fail "yellow on the board outside any called cell ($stray pixels)"
   [ "$called" -eq "$expected" ]
 }
-# Waits until the board shows $1 numbers called.
+# Waits until the board shows $1 numbers called. On a miss it maps the
+# window afresh, so that the message tells a screen left stale (the count
+# is right once Qt paints the window again) from presses that never counted.
 expect() {
   expected=$1
-  until_ok 100 look || fail "$2: expected $expected numbers called, the board shows $called"
+  until_ok 100 look && return
+  local shown=$called
+  xdotool windowunmap --sync "$wid" windowmap --sync "$wid" 2>/dev/null
+  until_ok 20 look
+  fail "$2: expected $expected numbers called, the board shows $shown ($called once the window is mapped afresh)"
 }
 press() { xdotool key "$@"; }
 # Answers No to the question at the end of a game: Tab to No, then Space.
