@@ -1,7 +1,7 @@
 #!/bin/bash
 # The real program in a damaged copy of its bundle: one clip deleted, one
-# corrupted, one empty, all clips gone, the Resources folder gone, the
-# backdrop gone. It starts every time. With the caller on, the press of a
+# corrupted, one empty, all clips gone, the Resources folder gone, the last
+# number's clip gone, the backdrop gone. It starts every time. With the caller on, the press of a
 # number whose clip can't be had fails before the count moves: the number
 # shows, a report is made (one line on stderr, a dialog that Return
 # dismisses), and the next press calls the same number and fails again.
@@ -62,15 +62,18 @@ failed_once() {
 }
 
 # Caller off: the failed number is called again and counted, the game runs
-# to its end, and No ends the program with status 0.
+# to its end, and No ends the program with status 0. When the failed number
+# is the last of the draw (one case in 90), calling it again is the 90th
+# number itself, which brings the question at once.
 finish_with_caller_off() {
   caller_switch
   xdotool windowfocus --sync "$wid"  # the click is through before the keys
-  press Return
-  local left=$((89 - gone - 1))
-  # An operator's quick pace; the storm test covers the server's top speed.
-  [ "$left" -gt 0 ] && xdotool key --delay 20 --repeat "$left" Return
-  expect 89 "$case: caller off, before the last number"
+  local left=$((89 - gone))  # presses up to the 89th number, the failed one's included
+  if [ "$left" -gt 0 ]; then
+    # An operator's quick pace; the storm test covers the server's top speed.
+    xdotool key --delay 20 --repeat "$left" Return
+    expect 89 "$case: caller off, before the last number"
+  fi
   press Return
   until_ok 100 dialog_up || fail "$case: no question after the 90th number"
   answer_no
@@ -95,6 +98,23 @@ clip_case "clip corrupted" "yes 'not a sound' | head -c 20000 >vocal$clip.mp3"
 clip_case "clip empty" ": >vocal$clip.mp3"
 clip_case "all clips gone" "rm vocal*.mp3"
 clip_case "Resources gone" "cd .. && rm -r Resources"
+
+# The failure at the 90th press: the game is played with the caller off up
+# to the 89th number, then the caller goes on and the last number's clip
+# is gone.
+case="last number's clip gone"
+start_damaged "rm vocal*.mp3"
+xdotool key --delay 0 --repeat 89 Return
+expect 89 "$case: caller off"
+caller_switch
+xdotool windowfocus --sync "$wid"
+gone=89
+press Return
+failed_once 1
+press Return
+failed_once 2
+finish_with_caller_off 2
+echo "ok: $case"
 
 case="backdrop gone"
 start_damaged "rm BingoOuter1*"

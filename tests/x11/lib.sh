@@ -74,16 +74,18 @@ look() {
   [ "$stray" -eq 0 ] || fail "yellow on the board outside any called cell ($stray pixels)"
   [ "$called" -eq "$expected" ]
 }
-# Waits until the board shows $1 numbers called. On a miss it maps the
-# window afresh, so that the message tells a screen left stale (the count
-# is right once Qt paints the window again) from presses that never counted.
+# Waits until the board shows $1 numbers called. On a miss the message
+# says whether a dialog stands over the board (it hides some cells), and
+# the count once the window is mapped afresh, which tells a screen left
+# stale from presses that never counted.
 expect() {
   expected=$1
   until_ok 100 look && return
-  local shown=$called
+  local shown=$called over=
+  dialog_up && over=", with a dialog standing over it"
   xdotool windowunmap --sync "$wid" windowmap --sync "$wid" 2>/dev/null
   until_ok 20 look
-  fail "$2: expected $expected numbers called, the board shows $shown ($called once the window is mapped afresh)"
+  fail "$2: expected $expected numbers called, the board shows $shown$over ($called once the window is mapped afresh)"
 }
 press() { xdotool key "$@"; }
 # Answers No to the question at the end of a game: Tab to No, then Space.
