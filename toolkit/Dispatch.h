@@ -7,15 +7,9 @@
 #include <string>
 
 #include "toolkit/Exceptions.h"
+#include "toolkit/FailureReport.h"
 
 namespace tk {
-
-// What an operator or a log is told about one failure.
-struct FailureReport {
-  std::string className;  // "NilObjectException", or a C++ type for foreign ones
-  std::string message;
-  std::vector<std::string> stack;
-};
 
 // Runs an event handler. Returns true when it ended without a failure.
 bool Dispatch(const std::function<void()>& handler);
@@ -24,14 +18,16 @@ bool Dispatch(const std::function<void()>& handler);
 void UnhandledException(const FailureReport& report);
 
 // Who hears of failures. The default writes one line to stderr and shows a
-// modal dialog naming the class and message. Returns the previous reporter;
+// modal dialog that says what failed, why, and what the operator can do,
+// with the class and message in its details. Returns the previous reporter;
 // an empty one restores the default.
 using FailureReporter = std::function<void(const FailureReport&)>;
 FailureReporter SetFailureReporter(FailureReporter reporter);
 
 // Runs body and turns anything it throws (but EndException) into one report.
 // Used by Dispatch and by start-up, which must not let a failure escape.
-// Returns true when body ended without a failure.
+// Returns true when body ended without a failure. A cause noted inside and
+// not taken by a failure is forgotten at the end.
 bool RunReportingFailures(const std::function<void()>& body);
 
 }  // namespace tk

@@ -21,4 +21,10 @@ RuntimeException::RuntimeException(String message, Integer errorNumber)
 #endif
 }
 
+NilObjectException::NilObjectException(String message, Integer errorNumber)
+    : RuntimeException(std::move(message), errorNumber) {
+  Cause = TakeFailureCause();
+  if (Cause) Reason = Cause->what + ": " + Cause->why + ".";
+}
+
 }  // namespace tk

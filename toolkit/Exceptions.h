@@ -3,9 +3,11 @@
 // thrown as a C++ exception and caught only at the dispatch point
 // (Dispatch.h), never inside game code.
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "toolkit/FailureCause.h"
 #include "toolkit/Types.h"
 
 namespace tk {
@@ -17,6 +19,9 @@ class RuntimeException : public std::exception {
   Integer ErrorNumber = 0;
   String Message;
   String Reason;
+  // What the toolkit knew of the failure where it arose (a file and why it
+  // could not be had); Reason then says the same in one sentence.
+  std::optional<FailureCause> Cause;
 
   // The call stack at the point the exception was made, one frame a line.
   std::vector<String> Stack() const { return stack_; }
@@ -37,7 +42,14 @@ class RuntimeException : public std::exception {
     const char* ClassName() const override { return #Name; }                   \
   };
 
-TK_EXCEPTION(NilObjectException, "An object reference was nil.")
+// A nil comes from the toolkit, which noted why it gave one: the exception
+// that follows takes that cause along.
+class NilObjectException : public RuntimeException {
+ public:
+  explicit NilObjectException(String message = "An object reference was nil.", Integer errorNumber = 0);
+  const char* ClassName() const override { return "NilObjectException"; }
+};
+
 TK_EXCEPTION(OutOfBoundsException, "An index was outside the bounds of an array.")
 TK_EXCEPTION(IllegalCastException, "An object was not of the class it was cast to.")
 TK_EXCEPTION(StackOverflowException, "The stack ran out.")

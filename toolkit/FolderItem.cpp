@@ -1,10 +1,10 @@
 #include "toolkit/FolderItem.h"
 
 #include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "toolkit/Application.h"
+#include "toolkit/FailureCause.h"
 
 namespace fs = std::filesystem;
 
@@ -29,24 +29,35 @@ FolderItem::FolderItem(const String& nativePath) {
 std::shared_ptr<FolderItem> FolderItem::Parent() const {
   const fs::path p(path_);
   const fs::path parent = p.parent_path();
-  if (parent.empty() || parent == p) return nullptr;
+  if (parent.empty() || parent == p) {
+    NoteFailureCause({"The folder above " + path_ + " could not be found", "there is none: it is the top folder", {},
+                      "Calloquin expects its program in a folder \"bin\" beside its folder \"Resources\"; "
+                      "installing it again puts them back in place.",
+                      {}});
+    return nullptr;
+  }
   return std::make_shared<FolderItem>(parent.string());
 }
 
 std::shared_ptr<FolderItem> FolderItem::Child(const String& name) const {
   if (name.empty() || name == "." || name == ".." || name.find('/') != String::npos) return nullptr;
-  std::error_code error;
-  if (!fs::is_directory(path_, error)) return nullptr;
   return std::make_shared<FolderItem>((fs::path(path_) / name).string());
 }
 
 std::shared_ptr<Sound> FolderItem::OpenAsSound() const { return OpenSound(path_); }
 
 std::shared_ptr<FolderItem> ExecutableFile() {
-  if (Source()) return Source()();
-  const String path = ExecutableFilePath();
-  if (path.empty()) return nullptr;
-  return std::make_shared<FolderItem>(path);
+  std::shared_ptr<FolderItem> item;
+  if (Source()) {
+    item = Source()();
+  } else if (const String path = ExecutableFilePath(); !path.empty()) {
+    item = std::make_shared<FolderItem>(path);
+  }
+  if (!item) {
+    NoteFailureCause({"Calloquin could not find its own program file", "the system did not say where it is", {},
+                      "Start Calloquin from where it is installed.", {}});
+  }
+  return item;
 }
 
 ExecutableFileSource SetExecutableFileSource(ExecutableFileSource source) {

@@ -19,12 +19,14 @@ class FolderItem {
   // The folder that holds the item; nil for the root, which has none.
   std::shared_ptr<FolderItem> Parent() const;
 
-  // The item of that name in this folder, whether or not such a file
-  // exists. Nil when this item is not an existing folder, or when the name
-  // is not one plain name (empty, ".", ".." or with a separator in it).
+  // The item of that name in this folder, whether or not such a file (or
+  // even this folder) exists: that is found out when the file is opened,
+  // which can then say why it failed. Nil when the name is not one plain
+  // name (empty, ".", ".." or with a separator in it).
   std::shared_ptr<FolderItem> Child(const String& name) const;
 
-  // The file as a sound ready to play, or nil when it can't be one.
+  // The file as a sound ready to play, or nil when it can't be one; the
+  // reason is then noted for the report of the failure that follows.
   std::shared_ptr<Sound> OpenAsSound() const;
 
  private:

@@ -4,8 +4,11 @@
 #include <SDL_mixer.h>
 #include <dlfcn.h>
 
+#include "toolkit/FailureCause.h"
+#include "toolkit/Notice.h"
+
 #include <cstdio>
-#include <fstream>
+#include <string>
 #include <utility>
 
 namespace tk {
@@ -47,11 +50,26 @@ bool Resolve(void* library, const char* name, F& function) {
   return function != nullptr;
 }
 
+const char*& LibraryName() {
+  static const char* name = kMixerLibrary;
+  return name;
+}
+
+// Why the library could not be had, in the loader's words.
+String& LoadError() {
+  static String error;
+  return error;
+}
+
 // Nil when the library or any of its functions is missing.
 const MixerApi* Api() {
   static const MixerApi* const api = []() -> const MixerApi* {
-    void* library = dlopen(kMixerLibrary, RTLD_NOW | RTLD_LOCAL);  // never closed, like the clips
-    if (library == nullptr) return nullptr;
+    void* library = dlopen(LibraryName(), RTLD_NOW | RTLD_LOCAL);  // never closed, like the clips
+    if (library == nullptr) {
+      const char* error = dlerror();
+      LoadError() = error != nullptr ? error : LibraryName();
+      return nullptr;
+    }
     static MixerApi a;
     const bool ok = Resolve(library, "SDL_InitSubSystem", a.InitSubSystem) &&
                     Resolve(library, "SDL_QuitSubSystem", a.QuitSubSystem) &&
@@ -62,6 +80,7 @@ const MixerApi* Api() {
                     Resolve(library, "Mix_AllocateChannels", a.AllocateChannels) &&
                     Resolve(library, "Mix_LoadWAV_RW", a.LoadWAV_RW) && Resolve(library, "Mix_FreeChunk", a.FreeChunk) &&
                     Resolve(library, "Mix_PlayChannelTimed", a.PlayChannelTimed);
+    if (!ok) LoadError() = String(LibraryName()) + " lacks a function that Calloquin needs";
     return ok ? &a : nullptr;
   }();
   return api;
@@ -82,7 +101,8 @@ class MixerSound final : public Sound {
   Mix_Chunk* chunk_;
 };
 
-// Stands in for a clip when no output at all could be opened.
+// Stands in for a clip when no output at all could be opened, not even SDL's
+// silent one; the operator has been told that there is no sound device.
 class SilentSound final : public Sound {
  public:
   void Play() override {}
@@ -104,7 +124,7 @@ bool MixerReady() {
   static const bool ready = [] {
     const MixerApi* mix = Api();
     if (mix == nullptr) {
-      std::fprintf(stderr, "Calloquin: no sound library (%s); the caller will be silent.\n", kMixerLibrary);
+      std::fprintf(stderr, "Calloquin: no sound library (%s); no clip can be played.\n", LoadError().c_str());
       std::fflush(stderr);
       return false;
     }
@@ -117,6 +137,11 @@ bool MixerReady() {
     if (!ok) {
       std::fprintf(stderr, "Calloquin: no sound device (%s); the caller will be silent.\n", mix->GetError());
       std::fflush(stderr);
+      // Once a run, and without stopping the game: the numbers are still
+      // called and shown, only not heard.
+      ShowNotice("No sound device was found, so the caller's voice can't be heard.",
+                 "The game goes on without sound. To hear the voice, connect speakers or headphones and "
+                 "start Calloquin again.");
       // Overrides SDL_AUDIODRIVER from the environment too.
       mix->SetHintWithPriority(SDL_HINT_AUDIODRIVER, "dummy", SDL_HINT_OVERRIDE);
       ok = OpenDevice(*mix);
@@ -127,11 +152,6 @@ bool MixerReady() {
   return ready;
 }
 
-bool IsReadableNonEmpty(const String& path) {
-  std::ifstream in(path, std::ios::binary);
-  return in && in.peek() != std::ifstream::traits_type::eof();
-}
-
 SoundOpener& Opener() {
   static SoundOpener opener;
   return opener;
@@ -140,20 +160,39 @@ SoundOpener& Opener() {
 }  // namespace
 
 std::shared_ptr<Sound> OpenMixerSound(const String& path) {
+  // What can be told of the file before a decoder sees it is told in
+  // plainer words than the decoder's.
+  if (const auto why = WhyUnreadable(path)) {
+    NoteFailureCause(FileCause(path, "opened", *why));
+    return nullptr;
+  }
   if (!MixerReady()) {
-    // Not even the silent driver: keep the game going, judging the file
-    // only by whether there is something to read.
-    return IsReadableNonEmpty(path) ? std::make_shared<SilentSound>() : nullptr;
+    if (Api() == nullptr) {
+      // No clip at all can be played: a clip that counted as opened would
+      // be a voice that is silently missing.
+      FailureCause cause = FileCause(path, "played", "the sound library SDL2_mixer is not installed", LoadError());
+      cause.advice =
+          "Install SDL2_mixer (on Debian and Ubuntu the package libsdl2-mixer-2.0-0) and start Calloquin again, "
+          "or switch BINGO CALLER off to go on without the voice.";
+      NoteFailureCause(std::move(cause));
+      return nullptr;
+    }
+    return std::make_shared<SilentSound>();
   }
   const MixerApi& mix = *Api();
   Mix_Chunk* chunk = mix.LoadWAV_RW(mix.RWFromFile(path.c_str(), "rb"), 1);
-  if (chunk == nullptr) return nullptr;
-  if (chunk->alen == 0) {  // decoded to nothing: not a clip
+  if (chunk != nullptr && chunk->alen == 0) {  // decoded to nothing: not a clip
     mix.FreeChunk(chunk);
+    chunk = nullptr;
+  }
+  if (chunk == nullptr) {
+    NoteFailureCause(FileCause(path, "opened", "it is not a sound that can be played", mix.GetError()));
     return nullptr;
   }
   return std::make_shared<MixerSound>(chunk);
 }
+
+void SetMixerLibrary(const char* name) { LibraryName() = name; }
 
 SoundOpener SetSoundOpener(SoundOpener opener) { return std::exchange(Opener(), std::move(opener)); }
 

@@ -28,11 +28,16 @@ SoundOpener SetSoundOpener(SoundOpener opener);
 // Opens through the current opener; what FolderItem::OpenAsSound uses.
 std::shared_ptr<Sound> OpenSound(const String& path);
 
-// The real opener: decodes the file for the mixer. The output device is
-// opened at the first call; without a usable device the mixer falls back to
-// a silent one and says so once on stderr, so the program never fails for
-// lack of sound hardware.
+// The real opener: decodes the file for the mixer, or gives nil and notes
+// why (FailureCause.h). The output device is opened at the first call;
+// without a usable device the mixer falls back to a silent one and tells
+// the operator once, so the game never fails for lack of sound hardware.
+// Without the sound library no clip can be had at all.
 std::shared_ptr<Sound> OpenMixerSound(const String& path);
+
+// Tests name a sound library that isn't there. Takes effect only before the
+// first clip is opened, which loads the library for the rest of the run.
+void SetMixerLibrary(const char* name);
 
 // The mixer's output format: 16-bit signed native-endian mono at this rate,
 // converted by SDL to whatever the device takes. The clips are mono speech:

@@ -88,7 +88,7 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerKeepEveryInvariant) {
     ASSERT_NO_FATAL_FAILURE(Check(howMany, press));
     if (press == 100 * 90) baseline = PeakRssKb();
   }
-  EXPECT_TRUE(reports_.empty()) << reports_.size() << " failures, the first " << reports_.front();
+  EXPECT_TRUE(reports_.empty()) << reports_.size() << " failures, the first " << tk::OneLine(reports_.front());
   EXPECT_GT(endQuestions, games / 2);
   EXPECT_EQ(opened_.size(), 90u) << "each clip is opened once, however many games";
 #if defined(__SANITIZE_ADDRESS__)

@@ -69,7 +69,7 @@ class VoiceTest : public ::testing::Test {
       if (realFiles_ && !real) return nullptr;
       return std::make_shared<RecordingSound>(opened_.back(), played_, real);
     });
-    tk::SetFailureReporter([this](const tk::FailureReport& r) { reports_.push_back(r.className); });
+    tk::SetFailureReporter([this](const tk::FailureReport& r) { reports_.push_back(r); });
     tk::SetMsgBoxAnswerer([this](const tk::String&, tk::Integer, const tk::String&) { return ++questions_, tk::kAnswerYes; });
     window_.Constructor();
     lookups_ = 0;  // the backdrop's, while the window was built; the clips' are counted
@@ -106,7 +106,8 @@ class VoiceTest : public ::testing::Test {
   Window1 window_;
   bool realFiles_ = false;
   std::shared_ptr<tk::FolderItem> executable_;
-  std::vector<std::string> opened_, played_, reports_;
+  std::vector<std::string> opened_, played_;
+  std::vector<tk::FailureReport> reports_;
   int questions_ = 0, lookups_ = 0;  // lookups: calls of Application.ExecutableFile
 };
 

@@ -49,13 +49,16 @@ press_until_failure() {
   done
 }
 
-# A failing press: exactly one more report, of a NilObjectException, in
-# a dialog that Return takes away; the number shows on the board.
+# A failing press: exactly one more report, of a NilObjectException that
+# names the clip and why, in a dialog that Return takes away; the number
+# shows on the board.
 failed_once() {
   until_ok 100 dialog_up || fail "$case: no dialog for the failure"
   [ "$(reports)" -eq "$1" ] || fail "$case: $(reports) reports, expected $1"
   tail -n1 "$work/program.log" | grep -q '^Calloquin: unhandled NilObjectException: ' \
     || fail "$case: the report is not a NilObjectException"
+  tail -n1 "$work/program.log" | grep -q '\[The sound file vocal[0-9]*\.mp3 could not be opened: ' \
+    || fail "$case: the report does not name the clip and why: $(tail -n1 "$work/program.log")"
   press Return
   until_ok 100 no_dialog || fail "$case: Return did not dismiss the report"
   expect $((gone + 1)) "$case: after the failure"
