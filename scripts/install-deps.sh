@@ -11,6 +11,8 @@ packages=(
   festival festvox-us-slt-hts lame sox ffmpeg
   # a font for offscreen rendering, and the tests through a real X server
   fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
+  # what a screen reader hears, read off a private accessibility bus
+  dbus-daemon at-spi2-core python3-pyatspi
   # the property-stream fuzzer: clang and its libFuzzer and sanitizer runtimes
   clang libclang-rt-dev
   # the .deb and the checks of its desktop entry and AppStream metainfo

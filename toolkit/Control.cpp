@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QWidget>
+#include <QtGlobal>
 
 #include "toolkit/QtRange.h"
 
@@ -107,6 +108,15 @@ void RectControl::SetAccessibleDescription(const String& v) {
   accessibleDescription_ = v;
   widget_->setAccessibleDescription(QString::fromStdString(v));
   Tell(*this, QAccessible::DescriptionChanged, AccessibleChange::Description);
+}
+
+void RectControl::Announce([[maybe_unused]] const String& text) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+  QAccessibleAnnouncementEvent event(widget_, QString::fromStdString(text));
+  event.setPoliteness(QAccessible::AnnouncementPoliteness::Polite);
+  QAccessible::updateAccessibility(&event);
+  if (Observer()) Observer()(*this, AccessibleChange::Announcement);
+#endif
 }
 
 }  // namespace tk

@@ -94,6 +94,10 @@ class RectControl : public Control {
   void SetAccessibleName(const String& v);
   const String& AccessibleDescription() const { return accessibleDescription_; }
   void SetAccessibleDescription(const String& v);
+  // Asks a screen reader to speak the text once it has finished what it is
+  // saying (politely), where Qt has such an event (6.8 and later). Older Qt
+  // has none; there a screen reader follows the description's change.
+  void Announce(const String& text);
 
   // Another control of the same window, by name, that this one lies in.
   const String& InitialParent() const { return initialParent_; }
@@ -181,7 +185,7 @@ class Deferred {
 // Hears every accessibility event a control sends, besides Qt, which passes
 // them on only while a screen reader listens. For tests. Returns the
 // previous observer.
-enum class AccessibleChange { Name, Description };
+enum class AccessibleChange { Name, Description, Announcement };
 using AccessibleObserver = std::function<void(const RectControl&, AccessibleChange)>;
 AccessibleObserver SetAccessibleObserver(AccessibleObserver observer);
 

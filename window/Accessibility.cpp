@@ -35,6 +35,8 @@ void DescribeControls(Window1& window) {
     tk::Ref<tk::Label> current = window.MainNumber();
     const bool none = tk::Val(current->Text()) < 1.0;
     current->SetAccessibleDescription(none ? call.Text() : current->Text() + ", " + call.Text());
+    // Each call is spoken as it comes, after whatever the reader is saying.
+    if (!none) current->Announce(current->AccessibleDescription());
   });
 
   // A cell's number is its place on the board; its colour says if it is called.

@@ -11,9 +11,9 @@ xvfb_pid= app_pid=
 cleanup() {
   [ -n "$app_pid" ] && kill "$app_pid" 2>/dev/null
   [ -n "$xvfb_pid" ] && kill "$xvfb_pid" 2>/dev/null
-  wait 2>/dev/null
-  # A script that changed the system undoes it here (on_exit is its own).
+  # A script ends its own helpers here (on_exit is its own).
   if declare -F on_exit >/dev/null; then on_exit; fi
+  wait 2>/dev/null
   rm -rf "$work"
 }
 trap cleanup EXIT
