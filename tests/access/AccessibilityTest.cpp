@@ -53,6 +53,11 @@ TEST_F(AccessibilityTest, EveryControlIsNamedAndEachPressAnnouncesTheNumberWithI
     ASSERT_EQ(s.main, tk::Str(order[press]));
     EXPECT_EQ(Said(*window->MainNumber(), QAccessible::Description), s.main + ", " + s.call);
     EXPECT_NE(std::find(events.begin(), events.end(), told), events.end()) << "press " << press;
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+    const std::pair<const tk::RectControl*, tk::AccessibleChange> announced{window->MainNumber().get(),
+                                                                            tk::AccessibleChange::Announcement};
+    EXPECT_EQ(std::count(events.begin(), events.end(), announced), 1) << "press " << press;
+#endif
   }
   auto cell = [&](tk::Integer n) { return Said(*window->n1(n - 1), QAccessible::Name); };
   EXPECT_EQ(cell(order[0]), "Number " + tk::Str(order[0]) + ", called");
