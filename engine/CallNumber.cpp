@@ -3,13 +3,14 @@
 #include "toolkit/Application.h"
 #include "toolkit/MsgBox.h"
 #include "toolkit/Strings.h"
+#include "window/Colours.h"
 #include "window/Window1.h"
 
 using namespace Module1;
+using colours::kCalledYellow;
+using colours::kWhite;
 
 namespace {
-constexpr tk::Color kWhite = 0xFFFFFF;
-constexpr tk::Color kCalledYellow = 0xFFFF00;
 // The flash belongs to the fifth number of a game alone.
 constexpr tk::Integer kFlashingPress = 4;
 }  // namespace

@@ -3,13 +3,12 @@
 #include "engine/Module1.h"
 #include "toolkit/MsgBox.h"
 #include "toolkit/Strings.h"
+#include "window/Colours.h"
 #include "window/Window1.h"
 
 using namespace Module1;
+using colours::kCellGrey;
 
-namespace {
-constexpr tk::Color kCellGrey = 0xAAAAAA;
-}
 
 // Puts the display and the numbers back to the start of a game and lays a
 // new draw. It leaves alone what is not the numbers': the flash, the colour

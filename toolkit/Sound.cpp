@@ -22,8 +22,8 @@ constexpr int kChannelCount = 96;
 constexpr int kDeviceBufferFrames = 512;
 
 // SDL_mixer and SDL are loaded at the first clip, not linked: they bring
-// some forty libraries (every codec and sound server SDL knows), and loading
-// them at exec made every start-up pay for a voice that may never be used.
+// some forty libraries (every codec and sound server SDL knows), and a
+// start-up should not pay for a voice that may never be used.
 #if defined(__APPLE__)
 constexpr const char* kMixerLibrary = "libSDL2_mixer-2.0.0.dylib";
 #else
@@ -129,8 +129,8 @@ bool MixerReady() {
       return false;
     }
     // SDL would otherwise take SIGINT and SIGTERM for its own event queue,
-    // which nobody reads: once the voice had spoken, a plain kill or a
-    // session's end no longer ended the program.
+    // which nobody reads, and a plain kill or a session's end would no
+    // longer end the program once the voice has spoken.
     mix->SetHintWithPriority(SDL_HINT_NO_SIGNAL_HANDLERS, "1", SDL_HINT_OVERRIDE);
     mix->Init(MIX_INIT_MP3);
     bool ok = OpenDevice(*mix);

@@ -40,8 +40,8 @@ std::shared_ptr<Sound> OpenMixerSound(const String& path);
 void SetMixerLibrary(const char* name);
 
 // The mixer's output format: 16-bit signed native-endian mono at this rate,
-// converted by SDL to whatever the device takes. The clips are mono speech:
-// decoded into stereo they took twice the memory for the same sound.
+// converted by SDL to whatever the device takes. The clips are mono speech,
+// and mono holds them in half the memory of stereo.
 inline constexpr Integer kMixerRate = 44100;
 inline constexpr Integer kMixerChannels = 1;
 

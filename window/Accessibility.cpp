@@ -1,11 +1,10 @@
 #include "window/Accessibility.h"
 
 #include "toolkit/Strings.h"
+#include "window/Colours.h"
 #include "window/Window1.h"
 
 namespace {
-
-constexpr tk::Color kCalledYellow = 0xFFFF00;
 
 // A label whose name says what it is and whose description is what it shows.
 void DescribeByText(tk::Ref<tk::Label> label, const char* name) {
@@ -43,7 +42,7 @@ void DescribeControls(Window1& window) {
   for (tk::Integer i = 0; i < 90; ++i) {
     tk::Ref<tk::Label> cell = window.n1(i);
     auto describe = [number = tk::Str(i + 1)](tk::Label& c) {
-      c.SetAccessibleName("Number " + number + (c.TextColor() == kCalledYellow ? ", called" : ", not called"));
+      c.SetAccessibleName("Number " + number + (c.TextColor() == colours::kCalledYellow ? ", called" : ", not called"));
     };
     describe(*cell);
     cell->SetChangeHandler(describe);

@@ -4,6 +4,7 @@
 #include "shell/MainMenuBar.h"
 #include "toolkit/PropertyStream.h"
 #include "window/Accessibility.h"
+#include "window/Colours.h"
 #include "window/LayoutData.h"
 #include "window/Window1_n1.h"
 #include "window/Window1_wrapper_Timer1.h"
@@ -76,9 +77,9 @@ void Window1::CreateControls() {
 // One tick of the flash. Its phase is the colour itself: only exact white
 // goes to black, anything else (the layout's near-white too) goes to white.
 void Window1::Timer1_Action(tk::Timer& /*sender*/) {
-  if (MainNumber()->TextColor() == 0xFFFFFF) {
-    MainNumber()->SetTextColor(0x000000);
+  if (MainNumber()->TextColor() == colours::kWhite) {
+    MainNumber()->SetTextColor(colours::kBlack);
   } else {
-    MainNumber()->SetTextColor(0xFFFFFF);
+    MainNumber()->SetTextColor(colours::kWhite);
   }
 }

@@ -1,1 +1,0 @@
-// Anchor for the shell services library; the services live in their own files.
