@@ -19,19 +19,12 @@ std::string Said(const tk::RectControl& control, QAccessible::Text what) {
 
 class AccessibilityTest : public GameTest {
  protected:
-  void SetUp() override {
-    GameTest::SetUp();
-    old_ = tk::SetAccessibleObserver(
-        [this](const tk::RectControl& c, tk::AccessibleChange change) { events.emplace_back(&c, change); });
-  }
-  void TearDown() override {
-    tk::SetAccessibleObserver(old_);
-    GameTest::TearDown();
-  }
   std::vector<std::pair<const tk::RectControl*, tk::AccessibleChange>> events;
 
  private:
-  tk::AccessibleObserver old_;
+  tk::ScopedHook<tk::AccessibleObserver> observer_{
+      tk::SetAccessibleObserver,
+      [this](const tk::RectControl& c, tk::AccessibleChange change) { events.emplace_back(&c, change); }};
 };
 
 TEST_F(AccessibilityTest, EveryControlIsNamedAndEachPressAnnouncesTheNumberWithItsCall) {

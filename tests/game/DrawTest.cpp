@@ -20,11 +20,11 @@ class DrawTest : public GameTest {
  protected:
   void Draw(std::unique_ptr<tk::EntropySource> source) {
     auto* keep = source.release();
-    const auto old = tk::Random::SetSourceFactory([keep] { return std::unique_ptr<tk::EntropySource>(keep); });
+    const tk::ScopedHook dictated(tk::Random::SetSourceFactory,
+                                  [keep] { return std::unique_ptr<tk::EntropySource>(keep); });
     for (tk::Integer i = 0; i < 90; ++i) Module1::thearray.Set(i, false);
     Module1::HowManyNumbersGone = 0;
     bare_.StoreTheRandomNumbers();
-    tk::Random::SetSourceFactory(old);
   }
   Window1 bare_;
 };

@@ -40,31 +40,26 @@ std::vector<tk::Integer> OrderB() {
   return order;
 }
 
-void GameTest::SetUp() {
-  oldAnswerer_ = tk::SetMsgBoxAnswerer([this](const tk::String& text, tk::Integer style, const tk::String& title) {
-    questions.push_back({text, style, title, Module1::HowManyNumbersGone, window ? window->NumbersGone()->Text() : ""});
-    if (answers.empty()) {
-      ADD_FAILURE() << "unexpected question: " << text;
-      return tk::Integer{0};
-    }
-    const tk::Integer a = answers.front();
-    answers.pop_front();
-    return a;
-  });
-  oldReporter_ = tk::SetFailureReporter([this](const tk::FailureReport& r) { failures.push_back(r); });
-  oldFactory_ = tk::Random::SetSourceFactory([this]() -> std::unique_ptr<tk::EntropySource> {
-    if (draws_.empty()) return tk::MakeSystemEntropy();
-    auto source = std::make_unique<ScriptedEntropy>(Words(draws_.front()));
-    draws_.pop_front();
-    return source;
-  });
+tk::Integer GameTest::Answer(const tk::String& text, tk::Integer style, const tk::String& title) {
+  questions.push_back({text, style, title, Module1::HowManyNumbersGone, window ? window->NumbersGone()->Text() : ""});
+  if (answers.empty()) {
+    ADD_FAILURE() << "unexpected question: " << text;
+    return tk::Integer{0};
+  }
+  const tk::Integer a = answers.front();
+  answers.pop_front();
+  return a;
+}
+
+std::unique_ptr<tk::EntropySource> GameTest::NextSource() {
+  if (draws_.empty()) return tk::MakeSystemEntropy();
+  auto source = std::make_unique<ScriptedEntropy>(Words(draws_.front()));
+  draws_.pop_front();
+  return source;
 }
 
 void GameTest::TearDown() {
   window.reset();
-  tk::SetMsgBoxAnswerer(oldAnswerer_);
-  tk::SetFailureReporter(oldReporter_);
-  tk::Random::SetSourceFactory(oldFactory_);
   EXPECT_TRUE(answers.empty()) << answers.size() << " answers were never asked for";
 }
 

@@ -13,6 +13,7 @@
 #include "toolkit/Dispatch.h"
 #include "toolkit/MsgBox.h"
 #include "toolkit/Random.h"
+#include "toolkit/ScopedHook.h"
 #include "window/Window1.h"
 
 namespace testgame {
@@ -63,7 +64,6 @@ std::vector<tk::Integer> OrderB();
 
 class GameTest : public ::testing::Test {
  protected:
-  void SetUp() override;
   void TearDown() override;
 
   // Opens the window. Each given draw is dictated to the next new Random,
@@ -80,10 +80,17 @@ class GameTest : public ::testing::Test {
   std::vector<tk::FailureReport> failures;
 
  private:
-  tk::MsgBoxAnswerer oldAnswerer_;
-  tk::FailureReporter oldReporter_;
-  tk::Random::SourceFactory oldFactory_;
+  tk::Integer Answer(const tk::String& text, tk::Integer style, const tk::String& title);
+  std::unique_ptr<tk::EntropySource> NextSource();
+
   std::deque<std::vector<tk::Integer>> draws_;
+  // The operator's answers, the failures and the draws are the test's for
+  // as long as the fixture lives.
+  tk::ScopedHook<tk::MsgBoxAnswerer> answerer_{
+      tk::SetMsgBoxAnswerer, [this](const tk::String& t, tk::Integer s, const tk::String& ti) { return Answer(t, s, ti); }};
+  tk::ScopedHook<tk::FailureReporter> reporter_{tk::SetFailureReporter,
+                                                [this](const tk::FailureReport& r) { failures.push_back(r); }};
+  tk::ScopedHook<tk::Random::SourceFactory> source_{tk::Random::SetSourceFactory, [this] { return NextSource(); }};
 };
 
 }  // namespace testgame

@@ -56,7 +56,7 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerKeepEveryInvariant) {
   const long games = env != nullptr ? std::atol(env) : 200;
   for (tk::Integer k = 1; k <= 90; ++k) PutClip(k, k % 2 ? 440 : 1000);
   // The mixer's own clips: the fixture's record of every play would grow.
-  tk::SetSoundOpener([this](const tk::String& path) {
+  const tk::ScopedHook opener(tk::SetSoundOpener, [this](const tk::String& path) {
     opened_.push_back(path);
     return tk::OpenMixerSound(path);
   });
@@ -65,7 +65,7 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerKeepEveryInvariant) {
   std::mt19937 rng(20240611);  // the driver's choices only; the draws are the system's
   bool resetAnswer = false;
   int endQuestions = 0;
-  tk::SetMsgBoxAnswerer([&](const tk::String& text, tk::Integer, const tk::String&) {
+  const tk::ScopedHook answerer(tk::SetMsgBoxAnswerer, [&](const tk::String& text, tk::Integer, const tk::String&) {
     if (text.rfind("RESET", 0) == 0) return resetAnswer ? tk::kAnswerYes : tk::kAnswerNo;
     EXPECT_EQ(Module1::HowManyNumbersGone, 90);
     ++endQuestions;

@@ -5,18 +5,18 @@
 #include <stdexcept>
 
 #include "toolkit/Dispatch.h"
+#include "toolkit/ScopedHook.h"
 
 namespace {
 
 TEST(Dispatch, FailuresAreReportedEndingIsNotOneAndNothingEscapes) {
   std::vector<tk::FailureReport> reports;
-  const auto old = tk::SetFailureReporter([&](const tk::FailureReport& r) { reports.push_back(r); });
+  const tk::ScopedHook reporter(tk::SetFailureReporter, [&](const tk::FailureReport& r) { reports.push_back(r); });
   EXPECT_FALSE(tk::Dispatch([] { throw tk::NilObjectException(); }));
   EXPECT_TRUE(tk::Dispatch([] { throw tk::EndException(); }));
   EXPECT_TRUE(tk::Dispatch([] { throw tk::ThreadEndException(); }));
   EXPECT_FALSE(tk::Dispatch([] { throw std::runtime_error("disk on fire"); }));
   EXPECT_FALSE(tk::Dispatch([] { throw 42; }));
-  tk::SetFailureReporter(old);
 
   ASSERT_EQ(reports.size(), 3u);
   EXPECT_EQ(reports[0].className, "NilObjectException");
@@ -40,7 +40,7 @@ tk::FailureCause Broken(const std::string& file) {
 // coming again from the same place is explained as the first time.
 TEST(Dispatch, ACauseExplainsItsOwnFailureAndNoLaterOne) {
   std::vector<tk::FailureReport> reports;
-  const auto old = tk::SetFailureReporter([&](const tk::FailureReport& r) { reports.push_back(r); });
+  const tk::ScopedHook reporter(tk::SetFailureReporter, [&](const tk::FailureReport& r) { reports.push_back(r); });
   bool note = true;
   const std::function<void()> clipPress = [&] {
     if (note) tk::NoteFailureCause(Broken("vocal48.mp3"));
@@ -55,7 +55,6 @@ TEST(Dispatch, ACauseExplainsItsOwnFailureAndNoLaterOne) {
   });
   note = false;
   tk::Dispatch(clipPress);
-  tk::SetFailureReporter(old);
 
   ASSERT_EQ(reports.size(), 4u);
   ASSERT_TRUE(reports[0].cause);

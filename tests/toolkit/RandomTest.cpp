@@ -6,6 +6,7 @@
 #include <set>
 
 #include "toolkit/Random.h"
+#include "toolkit/ScopedHook.h"
 
 namespace {
 
@@ -22,12 +23,12 @@ struct Words : tk::EntropySource {
 TEST(Random, WordsThatWouldFavourLowResultsAreDrawnAgain) {
   // 2^64 leaves a remainder of 16 over 90: the top 16 words are rejected.
   constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max(), firstRejected = kMax - 15;
-  const auto old = tk::Random::SetSourceFactory(
-      [&] { return std::make_unique<Words>(std::deque<std::uint64_t>{kMax, firstRejected, firstRejected - 1, 5}); });
+  const tk::ScopedHook source(tk::Random::SetSourceFactory, [&]() -> std::unique_ptr<tk::EntropySource> {
+    return std::make_unique<Words>(std::deque<std::uint64_t>{kMax, firstRejected, firstRejected - 1, 5});
+  });
   tk::Random random;
   EXPECT_EQ(random.InRange(0, 89), static_cast<tk::Integer>((firstRejected - 1) % 90));
   EXPECT_EQ(random.InRange(0, 89), 5);
-  tk::Random::SetSourceFactory(old);
 }
 
 TEST(Random, RangesOfEveryShapeReachBothEndsAndNothingOutside) {

@@ -21,6 +21,7 @@
 #include "toolkit/Strings.h"
 #include "toolkit/Timer.h"
 #include "toolkit/Window.h"
+#include "toolkit/ScopedHook.h"
 
 namespace {
 
@@ -53,7 +54,7 @@ TEST(ThreadGuard, ALabelAButtonTheWindowAndItsMenusRefuseAThreadAndStayAsTheyWer
   tk::Label& stray = window.New<tk::Label>();
   tk::MenuBar bar;
   bool asked = false;
-  tk::SetMsgBoxAnswerer([&](const tk::String&, tk::Integer, const tk::String&) {
+  const tk::ScopedHook answerer(tk::SetMsgBoxAnswerer, [&](const tk::String&, tk::Integer, const tk::String&) {
     asked = true;
     return tk::kAnswerYes;
   });
@@ -80,7 +81,6 @@ TEST(ThreadGuard, ALabelAButtonTheWindowAndItsMenusRefuseAThreadAndStayAsTheyWer
   EXPECT_EQ(bar.Count(), 0);
   EXPECT_FALSE(asked);
   EXPECT_EQ(QApplication::allWidgets().size(), widgets) << "a thread made a widget";
-  tk::SetMsgBoxAnswerer({});
 }
 
 TEST(ThreadGuard, TimersSoundsFilesRandomNumbersAndStringsWorkFromAThread) {

@@ -12,6 +12,7 @@
 #include "shell/BingoOuter1.h"
 #include "toolkit/FolderItem.h"
 #include "toolkit/Picture.h"
+#include "toolkit/ScopedHook.h"
 
 namespace {
 namespace fs = std::filesystem;
@@ -24,11 +25,9 @@ class BackdropTest : public ::testing::Test {
     root_ = dir;
     fs::create_directories(root_ / "bin");
     fs::create_directories(root_ / "Resources");
-    auto exe = std::make_shared<tk::FolderItem>((root_ / "bin" / "calloquin").string());
-    tk::SetExecutableFileSource([exe] { return exe; });
+    exe_ = std::make_shared<tk::FolderItem>((root_ / "bin" / "calloquin").string());
   }
   void TearDown() override {
-    tk::SetExecutableFileSource({});
     std::error_code ignored;
     fs::remove_all(root_, ignored);
   }
@@ -37,6 +36,8 @@ class BackdropTest : public ::testing::Test {
   void PutBytes(const std::string& bytes) { std::ofstream(Picture(), std::ios::binary) << bytes; }
 
   fs::path root_;
+  std::shared_ptr<tk::FolderItem> exe_;
+  tk::ScopedHook<tk::ExecutableFileSource> source_{tk::SetExecutableFileSource, [this] { return exe_; }};
 };
 
 TEST_F(BackdropTest, AMissingPictureIsTriedAgainAndAnOpenOneIsKept) {

@@ -114,12 +114,12 @@ TEST_F(ClipFailureTest, BundleIsNoFolder) {
 TEST_F(ClipFailureTest, NoSoundDeviceIsToldOnceAndTheGameGoesOn) {
   setenv("SDL_AUDIODRIVER", "calloquin-no-such-device", 1);
   std::vector<std::string> notices;
-  tk::SetNoticeShower([&](const tk::String& text, const tk::String&) { notices.push_back(text); });
+  const tk::ScopedHook shower(tk::SetNoticeShower,
+                              [&](const tk::String& text, const tk::String&) { notices.push_back(text); });
   realFiles_ = true;
   for (tk::Integer k = 1; k <= 90; ++k) PutClip(k);
   PressCaller();
   PressNext(3);
-  tk::SetNoticeShower({});
   EXPECT_EQ(notices, std::vector<std::string>{"No sound device was found, so the caller's voice can't be heard."});
   EXPECT_TRUE(reports_.empty());
   EXPECT_EQ(Module1::HowManyNumbersGone, 3);

@@ -18,6 +18,7 @@
 #include "toolkit/Dispatch.h"
 #include "toolkit/FolderItem.h"
 #include "toolkit/MsgBox.h"
+#include "toolkit/ScopedHook.h"
 #include "window/Window1.h"
 
 namespace voicetest {
@@ -62,20 +63,10 @@ class VoiceTest : public ::testing::Test {
     fs::create_directories(root_ / "bin");
     fs::create_directories(Resources());
     executable_ = std::make_shared<tk::FolderItem>((root_ / "bin" / "calloquin").string());
-    tk::SetExecutableFileSource([this] { return ++lookups_, executable_; });
-    tk::SetSoundOpener([this](const tk::String& path) -> std::shared_ptr<tk::Sound> {
-      opened_.push_back(fs::path(path).filename().string());
-      auto real = realFiles_ ? tk::OpenMixerSound(path) : nullptr;  // the mixer judges the file
-      if (realFiles_ && !real) return nullptr;
-      return std::make_shared<RecordingSound>(opened_.back(), played_, real);
-    });
-    tk::SetFailureReporter([this](const tk::FailureReport& r) { reports_.push_back(r); });
-    tk::SetMsgBoxAnswerer([this](const tk::String&, tk::Integer, const tk::String&) { return ++questions_, tk::kAnswerYes; });
     window_.Constructor();
     lookups_ = 0;  // the backdrop's, while the window was built; the clips' are counted
   }
   void TearDown() override {
-    tk::SetExecutableFileSource({}), tk::SetSoundOpener({}), tk::SetFailureReporter({}), tk::SetMsgBoxAnswerer({});
     std::error_code ignored;
     fs::remove_all(root_, ignored);
   }
@@ -109,6 +100,21 @@ class VoiceTest : public ::testing::Test {
   std::vector<std::string> opened_, played_;
   std::vector<tk::FailureReport> reports_;
   int questions_ = 0, lookups_ = 0;  // lookups: calls of Application.ExecutableFile
+
+ private:
+  std::shared_ptr<tk::Sound> Open(const tk::String& path) {
+    opened_.push_back(fs::path(path).filename().string());
+    auto real = realFiles_ ? tk::OpenMixerSound(path) : nullptr;  // the mixer judges the file
+    if (realFiles_ && !real) return nullptr;
+    return std::make_shared<RecordingSound>(opened_.back(), played_, real);
+  }
+  tk::ScopedHook<tk::ExecutableFileSource> source_{tk::SetExecutableFileSource,
+                                                   [this] { return ++lookups_, executable_; }};
+  tk::ScopedHook<tk::SoundOpener> opener_{tk::SetSoundOpener, [this](const tk::String& path) { return Open(path); }};
+  tk::ScopedHook<tk::FailureReporter> reporter_{tk::SetFailureReporter,
+                                                [this](const tk::FailureReport& r) { reports_.push_back(r); }};
+  tk::ScopedHook<tk::MsgBoxAnswerer> answerer_{
+      tk::SetMsgBoxAnswerer, [this](const tk::String&, tk::Integer, const tk::String&) { return ++questions_, tk::kAnswerYes; }};
 };
 
 }  // namespace voicetest
