@@ -7,7 +7,9 @@ namespace testgame {
 namespace {
 using namespace std::string_literals;
 
-TEST_F(GameTest, AFailureMidPressIsReportedOnceAndLeavesTheEarlierStepsStanding) {
+using FailureRouteTest = GameTest;
+
+TEST_F(FailureRouteTest, AFailureMidPressIsReportedOnceAndLeavesTheEarlierStepsStanding) {
   Open({OrderA()});
   Press();
   Press();
@@ -33,7 +35,7 @@ TEST_F(GameTest, AFailureMidPressIsReportedOnceAndLeavesTheEarlierStepsStanding)
   EXPECT_EQ(Look().howMany, 3);
 }
 
-TEST_F(GameTest, AFailingTickIsReportedAndTheTimerKeepsRunning) {
+TEST_F(FailureRouteTest, AFailingTickIsReportedAndTheTimerKeepsRunning) {
   Open();
   for (int i = 0; i < 5; ++i) Press();
   // Hide MainNumber from the lookup by name: the tick finds nil.

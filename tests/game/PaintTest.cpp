@@ -30,7 +30,9 @@ int Pixels(const QImage& shot, const char* label, QRgb colour) {
 
 QImage Shot(Window1& window) { return window.Content()->grab().toImage().convertToFormat(QImage::Format_RGB32); }
 
-TEST_F(GameTest, TheCalledNumbersAreDrawnLargeInTheirColours) {
+using PaintTest = GameTest;
+
+TEST_F(PaintTest, TheCalledNumbersAreDrawnLargeInTheirColours) {
   Open({OrderA()});
   for (int i = 0; i < 5; ++i) Press();
   // The fifth number flashes: the same digits, drawn black at a tick.
@@ -64,7 +66,7 @@ int Stale(QWidget* top) {
 // Each press repaints only what changed, and buttons copy their kept look;
 // what is then on the screen must be what a paint of the whole window
 // shows, or a part was left stale.
-TEST_F(GameTest, AfterEachPressTheScreenShowsWhatAWholePaintWould) {
+TEST_F(PaintTest, AfterEachPressTheScreenShowsWhatAWholePaintWould) {
   Open({OrderA()});
   QWidget* top = window->TopLevel();
   for (int i = 0; i < 20; ++i) {

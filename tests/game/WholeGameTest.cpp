@@ -28,7 +28,9 @@ void ExpectNewGame(const Snapshot& s) {
   EXPECT_EQ(s.howMany, 0);
 }
 
-TEST_F(GameTest, AWholeGamePressByPressThenYesLaysTheNextDraw) {
+using WholeGameTest = GameTest;
+
+TEST_F(WholeGameTest, AWholeGamePressByPressThenYesLaysTheNextDraw) {
   Open({OrderA(), OrderB(), OrderA()});
   const Snapshot opening = Look();
   ExpectNewGame(opening);
@@ -79,7 +81,7 @@ TEST_F(GameTest, AWholeGamePressByPressThenYesLaysTheNextDraw) {
   ExpectAfterPress(Look(), OrderA(), 0);
 }
 
-TEST_F(GameTest, AtTheEndNoQuitsAndAnyOtherAnswerDoesNothing) {
+TEST_F(WholeGameTest, AtTheEndNoQuitsAndAnyOtherAnswerDoesNothing) {
   for (tk::Integer answer : {tk::kAnswerNo, tk::Integer{0}}) {
     Open({OrderA()});
     for (int i = 0; i < 89; ++i) Press();
@@ -102,7 +104,7 @@ TEST_F(GameTest, AtTheEndNoQuitsAndAnyOtherAnswerDoesNothing) {
 
 // RESET mid-game with the fifth number at black: No changes nothing; Yes
 // lays a new game and leaves the flash blinking 0 until the next press.
-TEST_F(GameTest, ResetAsksFirstAndYesLeavesTheFlashRunning) {
+TEST_F(WholeGameTest, ResetAsksFirstAndYesLeavesTheFlashRunning) {
   Open({OrderA(), OrderB()});
   for (int i = 0; i < 5; ++i) Press();
   Tick();

@@ -25,9 +25,11 @@ QKeySequence KeyOf(const tables::MenuRow& row) {
   return QKeySequence::fromString(QString::fromUtf8(row.shortcut.data(), qsizetype(row.shortcut.size())).replace("Cmd", "Ctrl"));
 }
 
+using MenuBarTest = GameTest;
+
 // The bar, menu by menu, holds exactly the menu rows as the design gives
 // them, in order, and the window shows each row by the item's own action.
-TEST_F(GameTest, TheWindowShowsEveryMenuRowInOrder) {
+TEST_F(MenuBarTest, TheWindowShowsEveryMenuRowInOrder) {
   Open();
   struct Shown {
     tk::String parent;
@@ -64,7 +66,7 @@ TEST_F(GameTest, TheWindowShowsEveryMenuRowInOrder) {
 
 // The bar's button for menus that don't fit gets its icon only when it is
 // drawn, and then it is the platform style's own.
-TEST_F(GameTest, TheOverflowButtonShowsTheStylesOwnIcon) {
+TEST_F(MenuBarTest, TheOverflowButtonShowsTheStylesOwnIcon) {
   Open();
   const auto* overflow = window->TopLevel()->menuBar()->findChild<QToolButton*>("qt_menubar_ext_button");
   ASSERT_NE(overflow, nullptr);
@@ -78,7 +80,7 @@ TEST_F(GameTest, TheOverflowButtonShowsTheStylesOwnIcon) {
 // With the flash running and a game under way: every Edit action, chosen or
 // by its shortcut with the focus on each button, reaches its action and
 // changes nothing a player or the game could see.
-TEST_F(GameTest, EditCommandsAndTheirShortcutsChangeNothing) {
+TEST_F(MenuBarTest, EditCommandsAndTheirShortcutsChangeNothing) {
   Open();
   QMainWindow* top = window->TopLevel();
   top->activateWindow();
