@@ -5,14 +5,9 @@
 namespace shell {
 
 std::shared_ptr<tk::FolderItem> _GetApplicationBundleResources() {
-  const std::shared_ptr<tk::FolderItem> executable = tk::ExecutableFile();
-  if (!executable) throw tk::NilObjectException();
-  const std::shared_ptr<tk::FolderItem> binFolder = executable->Parent();
-  if (!binFolder) throw tk::NilObjectException();
-  const std::shared_ptr<tk::FolderItem> bundle = binFolder->Parent();
-  if (!bundle) throw tk::NilObjectException();
-  // A nil here is the caller's to judge: it means no resources, not a fault.
-  return bundle->Child("Resources");
+  // A missing executable or parent is a fault; what the last step gives,
+  // nil included, is the caller's to judge.
+  return tk::ResourcesFolder([] { throw tk::NilObjectException(); });
 }
 
 }  // namespace shell

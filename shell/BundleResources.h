@@ -1,6 +1,5 @@
 #pragma once
-// Where the resources lie: the folder "Resources" beside the folder that
-// holds the executable.
+// Where the resources lie, by the toolkit's one rule (tk::ResourcesFolder).
 #include <memory>
 
 #include "toolkit/FolderItem.h"

@@ -60,6 +60,16 @@ std::shared_ptr<FolderItem> ExecutableFile() {
   return item;
 }
 
+std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void()>& stepMissing) {
+  std::shared_ptr<FolderItem> item = ExecutableFile();
+  for (int up = 0; up < 2 && item; ++up) item = item->Parent();  // the executable's folder, then its parent
+  if (!item) {
+    if (stepMissing) stepMissing();
+    return nullptr;
+  }
+  return item->Child("Resources");
+}
+
 ExecutableFileSource SetExecutableFileSource(ExecutableFileSource source) {
   return std::exchange(Source(), std::move(source));
 }

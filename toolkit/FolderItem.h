@@ -37,6 +37,13 @@ class FolderItem {
 // if it can't be determined.
 std::shared_ptr<FolderItem> ExecutableFile();
 
+// The folder "Resources" beside the folder that holds the executable (the
+// executable's parent's parent's child "Resources"): the one rule by which
+// the program finds its clips and its backdrop. Whether that folder exists
+// is not asked. Where a step finds nothing (no executable, no parent),
+// stepMissing is called, which may raise; then, or without it, nil.
+std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void()>& stepMissing = {});
+
 // Tests put the executable somewhere else, to find their own bundle.
 // Returns the previous source; an empty one restores the real executable.
 using ExecutableFileSource = std::function<std::shared_ptr<FolderItem>()>;

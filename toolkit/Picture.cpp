@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPixmap>
@@ -134,10 +133,9 @@ std::shared_ptr<Picture> Open(const QString& path, double ratio) {
 }  // namespace
 
 std::shared_ptr<Picture> Picture::_OpenFromApp(const String& name) {
-  const std::shared_ptr<FolderItem> executable = ExecutableFile();
-  if (!executable) return nullptr;
-  const QFileInfo exe(QString::fromStdString(executable->NativePath()));
-  const QDir resources(exe.dir().absoluteFilePath(QStringLiteral("../Resources")));
+  const std::shared_ptr<FolderItem> folder = ResourcesFolder();
+  if (!folder) return nullptr;
+  const QDir resources(QString::fromStdString(folder->NativePath()));
   const QString base = QString::fromStdString(name);
   const qreal ratio = qGuiApp != nullptr ? qGuiApp->devicePixelRatio() : 1.0;
   if (ratio > 1.0) {

@@ -21,8 +21,8 @@ class Picture {
   // file that fails past its header gives an empty pixmap, drawn as nothing.
   const QPixmap& Pixmap() const;
 
-  // The picture of that bare name from the folder "Resources" beside the
-  // executable's folder: "<name>.png", with "<name>@2x.png" used on screens
+  // The picture of that bare name from the resources (ResourcesFolder in
+  // FolderItem.h): "<name>.png", with "<name>@2x.png" used on screens
   // of a higher pixel ratio when it is there. Nil when there is none or its
   // header can't be read. Only the header is read here: the pixels are
   // decoded on a worker thread while the window goes on being built.
