@@ -12,21 +12,35 @@ void PrintTo(const Snapshot& s, std::ostream* os) {
       << "', yellow " << s.yellow.size() << ", grey " << s.grey.size() << ", howMany " << s.howMany << "}";
 }
 
-std::uint64_t ScriptedEntropy::Next64() {
-  if (words_->empty()) {
-    ADD_FAILURE() << "the draw asked for more random numbers than the script holds";
-    throw tk::RuntimeException("script exhausted");
-  }
-  const std::uint64_t w = words_->front();
-  words_->pop_front();
-  return w;
-}
+namespace {
 
+// An entropy source that yields the given words, then fails the test.
+class ScriptedEntropy : public tk::EntropySource {
+ public:
+  explicit ScriptedEntropy(std::deque<std::uint64_t> words) : words_(std::move(words)) {}
+  std::uint64_t Next64() override {
+    if (words_.empty()) {
+      ADD_FAILURE() << "the draw asked for more random numbers than the script holds";
+      throw tk::RuntimeException("script exhausted");
+    }
+    const std::uint64_t w = words_.front();
+    words_.pop_front();
+    return w;
+  }
+
+ private:
+  std::deque<std::uint64_t> words_;
+};
+
+// A draw that turns out exactly as listed: number k becomes the word k - 1,
+// which InRange(0, 89) returns unchanged.
 std::deque<std::uint64_t> Words(const std::vector<tk::Integer>& numbers) {
   std::deque<std::uint64_t> words;
   for (tk::Integer n : numbers) words.push_back(static_cast<std::uint64_t>(n - 1));
   return words;
 }
+
+}  // namespace
 
 std::vector<tk::Integer> OrderA() {
   std::vector<tk::Integer> order;

@@ -40,24 +40,6 @@ struct Question {
   std::string goneWhileAsked;
 };
 
-// An entropy source that yields the given words, then fails the test.
-// The words are shared, so a test can see what is left after the Random
-// that owned the source is gone.
-class ScriptedEntropy : public tk::EntropySource {
- public:
-  using Script = std::shared_ptr<std::deque<std::uint64_t>>;
-  explicit ScriptedEntropy(Script words) : words_(std::move(words)) {}
-  explicit ScriptedEntropy(std::deque<std::uint64_t> words)
-      : words_(std::make_shared<std::deque<std::uint64_t>>(std::move(words))) {}
-  std::uint64_t Next64() override;
-
- private:
-  Script words_;
-};
-
-// A draw that turns out exactly as listed: number k becomes the word k - 1,
-// which InRange(0, 89) returns unchanged.
-std::deque<std::uint64_t> Words(const std::vector<tk::Integer>& numbers);
 // 1..90 in a fixed, scrambled order, and the same order shifted by one.
 std::vector<tk::Integer> OrderA();
 std::vector<tk::Integer> OrderB();

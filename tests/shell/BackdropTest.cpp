@@ -47,9 +47,7 @@ TEST_F(BackdropTest, AMissingPictureIsTriedAgainAndAnOpenOneIsKept) {
   ASSERT_NE(first, nullptr) << "a nil is tried again at the next call";
   EXPECT_EQ(first->Width(), 1036);
   EXPECT_EQ(first->Height(), 572);
-  const QPixmap& pixels = first->Pixmap();
-  EXPECT_EQ(pixels.size(), QSize(1036, 572));
-  EXPECT_EQ(pixels.toImage(), QImage(QString::fromStdString(Picture().string()))) << "not the pixels Qt reads";
+  EXPECT_EQ(first->Pixmap().toImage(), QImage(QString::fromStdString(Picture().string()))) << "not the pixels Qt reads";
   fs::remove(Picture());
   EXPECT_EQ(shell::BingoOuter1(), first) << "an open picture is kept for the run";
 }

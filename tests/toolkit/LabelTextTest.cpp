@@ -45,11 +45,14 @@ QImage Ours(const Case& c, const QString& text) {
   return Grab(parent);
 }
 
-QImage Qts(const Case& c, const QString& text, const QFont& font) {
+QImage Qts(const Case& c, const QString& text) {
+  tk::Label probe;  // for its font
+  probe.SetTextSize(c.size);
+  probe.SetBold(c.bold);
   QWidget parent;
   parent.setStyleSheet(QStringLiteral("background: #203040"));
   QLabel label(text, &parent);
-  label.setFont(font);
+  label.setFont(probe.Widget()->font());
   label.setStyleSheet(QStringLiteral("color: #ffff00; background: transparent"));
   const Qt::Alignment h = c.align == 1 ? Qt::AlignHCenter : c.align == 2 ? Qt::AlignRight : Qt::AlignLeft;
   label.setAlignment(h | Qt::AlignTop);
@@ -65,10 +68,7 @@ TEST(LabelText, SmallTextIsDrawnAsQtsOwnLabelDrawsIt) {
                         Case{"Previous 3 Numbers", 18, true, 2}, Case{"Two Little Ducks", 55, true, 1},
                         Case{"Kelly\xe2\x80\x99s Eye \xe6\x9d\xb1", 30, false, 0}}) {
     const QString text = QString::fromUtf8(c.text);
-    tk::Label probe;
-    probe.SetTextSize(c.size);
-    probe.SetBold(c.bold);
-    EXPECT_EQ(Differing(Ours(c, text), Qts(c, text, probe.Widget()->font())), 0) << c.text << " at " << c.size;
+    EXPECT_EQ(Differing(Ours(c, text), Qts(c, text)), 0) << c.text << " at " << c.size;
   }
 }
 
@@ -76,12 +76,9 @@ TEST(LabelText, EveryNumberIsDrawnAsQtsOwnLabelDrawsIt) {
   // Numbers are placed without a layout: every one a game shows, in the
   // board's face and in a bold one, right-aligned so that the width counts.
   for (const Case& c : {Case{"", 30, false, 2}, Case{"", 55, true, 2}}) {
-    tk::Label probe;
-    probe.SetTextSize(c.size);
-    probe.SetBold(c.bold);
     for (int n = 0; n <= 90; ++n) {
       const QString text = QString::number(n);
-      EXPECT_EQ(Differing(Ours(c, text), Qts(c, text, probe.Widget()->font())), 0) << n << " at " << c.size;
+      EXPECT_EQ(Differing(Ours(c, text), Qts(c, text)), 0) << n << " at " << c.size;
     }
   }
 }
@@ -91,10 +88,7 @@ TEST(LabelText, LargeTextStaysWithinAPixelOfQtsOwn) {
   // only anti-aliased edges may differ from Qt's outline fill.
   for (const Case& c : {Case{"88", 230, true, 1}, Case{"7", 80, true, 1}, Case{"90", 80, true, 2}}) {
     const QString text = QString::fromUtf8(c.text);
-    tk::Label probe;
-    probe.SetTextSize(c.size);
-    probe.SetBold(c.bold);
-    const QImage ours = Ours(c, text), qts = Qts(c, text, probe.Widget()->font());
+    const QImage ours = Ours(c, text), qts = Qts(c, text);
     int solid = 0, far = 0;
     for (int y = 0; y < ours.height(); ++y) {
       for (int x = 0; x < ours.width(); ++x) {

