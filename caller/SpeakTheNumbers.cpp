@@ -9,11 +9,11 @@ namespace {
 
 // One link of the chain: the label is read afresh, compared as text (so
 // "07" or " 7" match nothing), and on a match the clip is started without
-// waiting for it. A clip that can't be had fails the press here.
-bool SpeakIfCurrent(Window1& window, const char* literal, std::shared_ptr<tk::Sound> (*clip)()) {
+// waiting for it. A clip that can't be had fails the press here, with why.
+bool SpeakIfCurrent(Window1& window, const char* literal, const tk::Opened<tk::Sound>& (*clip)()) {
   if (tk::RuntimeStringCompare(window.MainNumber()->Text(), literal) != 0) return false;
-  const std::shared_ptr<tk::Sound> sound = clip();
-  if (!sound) throw tk::NilObjectException();
+  const tk::Opened<tk::Sound>& sound = clip();
+  if (!sound) throw tk::NilObjectException(sound.WhyNil());
   sound->Play();
   return true;
 }

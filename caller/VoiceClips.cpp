@@ -27,7 +27,7 @@ class _x_vocal {
     return name;
   }();
 
-  static std::shared_ptr<tk::Sound> vocal() {
+  static const tk::Opened<tk::Sound>& vocal() {
     if (!loaded) {
       // Set before any file is looked at: however this call ends, the
       // clip is not looked for again in this run.
@@ -37,23 +37,24 @@ class _x_vocal {
       if (folder) {
         const std::shared_ptr<tk::FolderItem> item = folder->Child(kFileName.data());
         if (!item) throw tk::NilObjectException();
-        permaSound = item->OpenAsSound();  // kept even when nil: that is the Failed state
+        permaSound = item->OpenAsSound();  // kept even when nil, with why: that is the Failed state
       }
     }
     return permaSound;
   }
 
  private:
-  // False and nil at process start without any initialiser running.
+  // False and nil at process start without any initialiser running. A nil
+  // keeps why its file failed, so that every press it fails tells the same.
   static inline bool loaded;
-  static inline std::shared_ptr<tk::Sound> permaSound;
+  static inline tk::Opened<tk::Sound> permaSound;
 };
 
 // Each function is its member's, and the compiler checks that the member's
 // file name is the one its number spells.
 #define CALLOQUIN_DEFINE_VOCAL(k)                                                        \
   static_assert(std::string_view(_x_vocal<k>::kFileName.data()) == "vocal" #k ".mp3"); \
-  std::shared_ptr<tk::Sound> vocal##k() { return _x_vocal<k>::vocal(); }
+  const tk::Opened<tk::Sound>& vocal##k() { return _x_vocal<k>::vocal(); }
 CALLOQUIN_FOR_EACH_NUMBER(CALLOQUIN_DEFINE_VOCAL)
 #undef CALLOQUIN_DEFINE_VOCAL
 

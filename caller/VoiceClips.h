@@ -25,11 +25,11 @@ template <int k>
 class _x_vocal;
 
 // vocal7() is the function of member _x_vocal7, and so on: the clip of the
-// number, or nil when it can't be had. Raises NilObjectException when the
+// number, or nil and why when it can't be had. Raises NilObjectException when the
 // resources can't be located or the folder gives no item for the file.
 #define CALLOQUIN_DECLARE_VOCAL(k)        \
   using _x_vocal##k = _x_vocal<k>; \
-  std::shared_ptr<tk::Sound> vocal##k();
+  const tk::Opened<tk::Sound>& vocal##k();
 CALLOQUIN_FOR_EACH_NUMBER(CALLOQUIN_DECLARE_VOCAL)
 #undef CALLOQUIN_DECLARE_VOCAL
 

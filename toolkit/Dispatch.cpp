@@ -4,9 +4,7 @@
 #include <QMessageBox>
 #include <QString>
 
-#include <algorithm>
 #include <cstdio>
-#include <map>
 #include <typeinfo>
 #include <utility>
 
@@ -33,21 +31,6 @@ void DefaultReporter(const FailureReport& report) {
   }
 }
 
-// A failure that comes again from the same place (the same clip at the
-// next press: a clip that failed is not looked for again, so nothing new
-// is noted) is explained as it was the first time. The place is the top of
-// the stack, which is the same for the same call path within a run.
-std::optional<FailureCause> CauseOf(const RuntimeException& e) {
-  static std::map<std::vector<std::string>, FailureCause> known;
-  std::vector<std::string> place{e.ClassName()};
-  const auto stack = e.Stack();
-  place.insert(place.end(), stack.begin(), stack.begin() + static_cast<std::ptrdiff_t>(std::min<size_t>(stack.size(), 4)));
-  if (stack.empty()) return e.Cause;  // no place to know it by
-  if (e.Cause) return known[place] = *e.Cause;
-  const auto it = known.find(place);
-  return it != known.end() ? std::optional<FailureCause>(it->second) : std::nullopt;
-}
-
 FailureReporter& Reporter() {
   static FailureReporter reporter;
   return reporter;
@@ -68,7 +51,6 @@ FailureReporter SetFailureReporter(FailureReporter reporter) {
 }
 
 bool RunReportingFailures(const std::function<void()>& body) {
-  const FailureCauseScope scope;
   try {
     body();
     return true;
@@ -77,7 +59,7 @@ bool RunReportingFailures(const std::function<void()>& body) {
   } catch (const ThreadEndException&) {
     return true;
   } catch (const RuntimeException& e) {
-    UnhandledException({e.ClassName(), e.Message, e.Stack(), CauseOf(e)});
+    UnhandledException({e.ClassName(), e.Message, e.Stack(), e.Cause});
   } catch (const std::exception& e) {
     UnhandledException({typeid(e).name(), e.what(), {}, {}});
   } catch (...) {

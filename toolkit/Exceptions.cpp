@@ -22,8 +22,10 @@ RuntimeException::RuntimeException(String message, Integer errorNumber)
 }
 
 NilObjectException::NilObjectException(String message, Integer errorNumber)
-    : RuntimeException(std::move(message), errorNumber) {
-  Cause = TakeFailureCause();
+    : RuntimeException(std::move(message), errorNumber) {}
+
+NilObjectException::NilObjectException(std::optional<FailureCause> cause) : NilObjectException() {
+  Cause = std::move(cause);
   if (Cause) Reason = Cause->what + ": " + Cause->why + ".";
 }
 

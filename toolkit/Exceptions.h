@@ -42,11 +42,12 @@ class RuntimeException : public std::exception {
     const char* ClassName() const override { return #Name; }                   \
   };
 
-// A nil comes from the toolkit, which noted why it gave one: the exception
-// that follows takes that cause along.
+// A nil the toolkit gave out with its cause (Opened) is raised with that
+// cause, which the report then tells the operator.
 class NilObjectException : public RuntimeException {
  public:
   explicit NilObjectException(String message = "An object reference was nil.", Integer errorNumber = 0);
+  explicit NilObjectException(std::optional<FailureCause> cause);
   const char* ClassName() const override { return "NilObjectException"; }
 };
 

@@ -4,12 +4,9 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <utility>
 
 namespace tk {
 namespace {
-
-thread_local std::optional<FailureCause> pending;
 
 // Without a voice the game still runs: with the caller off no clip is asked
 // for, so that is what the operator can do at once.
@@ -48,13 +45,5 @@ std::optional<String> WhyUnreadable(const String& path) {
   if (empty) return String("the file is empty");
   return std::nullopt;
 }
-
-void NoteFailureCause(FailureCause cause) { pending = std::move(cause); }
-
-std::optional<FailureCause> TakeFailureCause() { return std::exchange(pending, std::nullopt); }
-
-FailureCauseScope::FailureCauseScope() : outer_(std::exchange(pending, std::nullopt)) {}
-
-FailureCauseScope::~FailureCauseScope() { pending = std::move(outer_); }
 
 }  // namespace tk

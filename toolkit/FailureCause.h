@@ -1,9 +1,13 @@
 #pragma once
-// Why the toolkit last handed out a nil. An open that fails gives the game
-// only a nil, and the NilObjectException that follows knows nothing of files;
-// the cause is noted where the nil arises, so that the report which follows
-// can tell the operator what broke, why, and what to do about it.
+// Why the toolkit could not hand out what it was asked for. An open that
+// fails gives the game a nil, and the NilObjectException that follows knows
+// nothing of files; the nil therefore carries its cause along (Opened), so
+// that the report which follows can tell the operator what broke, why, and
+// what to do about it.
+#include <cstddef>
+#include <memory>
 #include <optional>
+#include <utility>
 
 #include "toolkit/Types.h"
 
@@ -25,24 +29,28 @@ FailureCause FileCause(const String& path, const String& verb, const String& why
 // file, its folder missing, no permission, empty); nothing when it can.
 std::optional<String> WhyUnreadable(const String& path);
 
-// Notes the cause of a nil just handed out, replacing any earlier one. Kept
-// per thread, as the nil is used on the thread that got it.
-void NoteFailureCause(FailureCause cause);
-
-// The noted cause, if any, now forgotten: a NilObjectException takes it.
-std::optional<FailureCause> TakeFailureCause();
-
-// Forgets causes noted while it lives: a nil that no failure followed
-// must not explain a later failure. Each event handler runs inside one.
-class FailureCauseScope {
+// What an open gives: the object, or nil and, where known, why. Reads as
+// the object's pointer itself, so that code which only cares whether it
+// got one needs nothing more.
+template <class T>
+class Opened {
  public:
-  FailureCauseScope();
-  ~FailureCauseScope();
-  FailureCauseScope(const FailureCauseScope&) = delete;
-  FailureCauseScope& operator=(const FailureCauseScope&) = delete;
+  Opened() = default;
+  template <class U>
+  Opened(std::shared_ptr<U> object) : object_(std::move(object)) {}  // NOLINT(google-explicit-constructor)
+  Opened(FailureCause why) : why_(std::move(why)) {}                  // NOLINT(google-explicit-constructor)
+
+  operator const std::shared_ptr<T>&() const { return object_; }  // NOLINT(google-explicit-constructor)
+  explicit operator bool() const { return object_ != nullptr; }
+  T* operator->() const { return object_.get(); }
+  friend bool operator==(const Opened& opened, std::nullptr_t) { return opened.object_ == nullptr; }
+
+  // Why it is nil; nothing when it isn't, or when nobody could tell.
+  const std::optional<FailureCause>& WhyNil() const { return why_; }
 
  private:
-  std::optional<FailureCause> outer_;
+  std::shared_ptr<T> object_;
+  std::optional<FailureCause> why_;
 };
 
 }  // namespace tk

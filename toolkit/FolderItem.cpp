@@ -29,13 +29,7 @@ FolderItem::FolderItem(const String& nativePath) {
 std::shared_ptr<FolderItem> FolderItem::Parent() const {
   const fs::path p(path_);
   const fs::path parent = p.parent_path();
-  if (parent.empty() || parent == p) {
-    NoteFailureCause({"The folder above " + path_ + " could not be found", "there is none: it is the top folder", {},
-                      "Calloquin expects its program in a folder \"bin\" beside its folder \"Resources\"; "
-                      "installing it again puts them back in place.",
-                      {}});
-    return nullptr;
-  }
+  if (parent.empty() || parent == p) return nullptr;
   return std::make_shared<FolderItem>(parent.string());
 }
 
@@ -44,7 +38,7 @@ std::shared_ptr<FolderItem> FolderItem::Child(const String& name) const {
   return std::make_shared<FolderItem>((fs::path(path_) / name).string());
 }
 
-std::shared_ptr<Sound> FolderItem::OpenAsSound() const { return OpenSound(path_); }
+Opened<Sound> FolderItem::OpenAsSound() const { return OpenSound(path_); }
 
 std::shared_ptr<FolderItem> ExecutableFile() {
   std::shared_ptr<FolderItem> item;
@@ -53,19 +47,31 @@ std::shared_ptr<FolderItem> ExecutableFile() {
   } else if (const String path = ExecutableFilePath(); !path.empty()) {
     item = std::make_shared<FolderItem>(path);
   }
-  if (!item) {
-    NoteFailureCause({"Calloquin could not find its own program file", "the system did not say where it is", {},
-                      "Start Calloquin from where it is installed.", {}});
-  }
   return item;
 }
 
-std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void()>& stepMissing) {
+std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void(const FailureCause&)>& stepMissing) {
   std::shared_ptr<FolderItem> item = ExecutableFile();
-  for (int up = 0; up < 2 && item; ++up) item = item->Parent();  // the executable's folder, then its parent
   if (!item) {
-    if (stepMissing) stepMissing();
+    if (stepMissing) {
+      stepMissing({"Calloquin could not find its own program file", "the system did not say where it is", {},
+                   "Start Calloquin from where it is installed.", {}});
+    }
     return nullptr;
+  }
+  for (int up = 0; up < 2; ++up) {  // the executable's folder, then its parent
+    std::shared_ptr<FolderItem> parent = item->Parent();
+    if (!parent) {
+      if (stepMissing) {
+        stepMissing({"The folder above " + item->NativePath() + " could not be found",
+                     "there is none: it is the top folder", {},
+                     "Calloquin expects its program in a folder \"bin\" beside its folder \"Resources\"; "
+                     "installing it again puts them back in place.",
+                     {}});
+      }
+      return nullptr;
+    }
+    item = std::move(parent);
   }
   return item->Child("Resources");
 }

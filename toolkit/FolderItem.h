@@ -25,9 +25,8 @@ class FolderItem {
   // name (empty, ".", ".." or with a separator in it).
   std::shared_ptr<FolderItem> Child(const String& name) const;
 
-  // The file as a sound ready to play, or nil when it can't be one; the
-  // reason is then noted for the report of the failure that follows.
-  std::shared_ptr<Sound> OpenAsSound() const;
+  // The file as a sound ready to play, or nil and why when it can't be one.
+  Opened<Sound> OpenAsSound() const;
 
  private:
   String path_;
@@ -41,8 +40,8 @@ std::shared_ptr<FolderItem> ExecutableFile();
 // executable's parent's parent's child "Resources"): the one rule by which
 // the program finds its clips and its backdrop. Whether that folder exists
 // is not asked. Where a step finds nothing (no executable, no parent),
-// stepMissing is called, which may raise; then, or without it, nil.
-std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void()>& stepMissing = {});
+// stepMissing is told why, and may raise; then, or without it, nil.
+std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void(const FailureCause&)>& stepMissing = {});
 
 // Tests put the executable somewhere else, to find their own bundle.
 // Returns the previous source; an empty one restores the real executable.

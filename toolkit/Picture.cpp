@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "toolkit/Application.h"
-#include "toolkit/FailureCause.h"
 #include "toolkit/FolderItem.h"
 
 namespace tk {
@@ -142,12 +141,7 @@ std::shared_ptr<Picture> Picture::_OpenFromApp(const String& name) {
     if (auto sharp = Open(resources.filePath(base + QStringLiteral("@2x.png")), 2.0)) return sharp;
   }
   const QString path = resources.filePath(base + QStringLiteral(".png"));
-  auto picture = Open(path, 1.0);
-  if (!picture) {
-    const String file = QDir::cleanPath(path).toStdString();
-    NoteFailureCause(FileCause(file, "opened", WhyUnreadable(file).value_or("it is not a PNG picture")));
-  }
-  return picture;
+  return Open(path, 1.0);
 }
 
 }  // namespace tk

@@ -159,13 +159,10 @@ SoundOpener& Opener() {
 
 }  // namespace
 
-std::shared_ptr<Sound> OpenMixerSound(const String& path) {
+Opened<Sound> OpenMixerSound(const String& path) {
   // What can be told of the file before a decoder sees it is told in
   // plainer words than the decoder's.
-  if (const auto why = WhyUnreadable(path)) {
-    NoteFailureCause(FileCause(path, "opened", *why));
-    return nullptr;
-  }
+  if (const auto why = WhyUnreadable(path)) return FileCause(path, "opened", *why);
   if (!MixerReady()) {
     if (Api() == nullptr) {
       // No clip at all can be played: a clip that counted as opened would
@@ -174,8 +171,7 @@ std::shared_ptr<Sound> OpenMixerSound(const String& path) {
       cause.advice =
           "Install SDL2_mixer (on Debian and Ubuntu the package libsdl2-mixer-2.0-0) and start Calloquin again, "
           "or switch BINGO CALLER off to go on without the voice.";
-      NoteFailureCause(std::move(cause));
-      return nullptr;
+      return cause;
     }
     return std::make_shared<SilentSound>();
   }
@@ -185,10 +181,7 @@ std::shared_ptr<Sound> OpenMixerSound(const String& path) {
     mix.FreeChunk(chunk);
     chunk = nullptr;
   }
-  if (chunk == nullptr) {
-    NoteFailureCause(FileCause(path, "opened", "it is not a sound that can be played", mix.GetError()));
-    return nullptr;
-  }
+  if (chunk == nullptr) return FileCause(path, "opened", "it is not a sound that can be played", mix.GetError());
   return std::make_shared<MixerSound>(chunk);
 }
 
@@ -196,6 +189,6 @@ void SetMixerLibrary(const char* name) { LibraryName() = name; }
 
 SoundOpener SetSoundOpener(SoundOpener opener) { return std::exchange(Opener(), std::move(opener)); }
 
-std::shared_ptr<Sound> OpenSound(const String& path) { return Opener() ? Opener()(path) : OpenMixerSound(path); }
+Opened<Sound> OpenSound(const String& path) { return Opener() ? Opener()(path) : OpenMixerSound(path); }
 
 }  // namespace tk

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+#include "toolkit/FailureCause.h"
 #include "toolkit/Types.h"
 
 namespace tk {
@@ -16,9 +17,9 @@ class Sound {
   virtual void Play() = 0;
 };
 
-// Turns the file at a path into a Sound, or nil when the file can't be
-// played (missing, empty, unreadable, not audio).
-using SoundOpener = std::function<std::shared_ptr<Sound>(const String& path)>;
+// Turns the file at a path into a Sound, or nil and why when the file can't
+// be played (missing, empty, unreadable, not audio).
+using SoundOpener = std::function<Opened<Sound>(const String& path)>;
 
 // Tests replace the opener to see which files are opened and which clips
 // are played without a sound device. Returns the previous opener; an empty
@@ -26,14 +27,13 @@ using SoundOpener = std::function<std::shared_ptr<Sound>(const String& path)>;
 SoundOpener SetSoundOpener(SoundOpener opener);
 
 // Opens through the current opener; what FolderItem::OpenAsSound uses.
-std::shared_ptr<Sound> OpenSound(const String& path);
+Opened<Sound> OpenSound(const String& path);
 
-// The real opener: decodes the file for the mixer, or gives nil and notes
-// why (FailureCause.h). The output device is opened at the first call;
+// The real opener: decodes the file for the mixer, or gives nil and why. The output device is opened at the first call;
 // without a usable device the mixer falls back to a silent one and tells
 // the operator once, so the game never fails for lack of sound hardware.
 // Without the sound library no clip can be had at all.
-std::shared_ptr<Sound> OpenMixerSound(const String& path);
+Opened<Sound> OpenMixerSound(const String& path);
 
 // Tests name a sound library that isn't there. Takes effect only before the
 // first clip is opened, which loads the library for the rest of the run.

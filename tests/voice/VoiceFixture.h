@@ -34,7 +34,7 @@ inline std::string ClipName(tk::Integer k) { return "vocal" + std::to_string(k) 
 // Member k's function, for calling it directly.
 inline std::shared_ptr<tk::Sound> Vocal(tk::Integer k) {
 #define CALLOQUIN_VOCAL_ENTRY(k) &caller::vocal##k,
-  static std::shared_ptr<tk::Sound> (*const table[])() = {CALLOQUIN_FOR_EACH_NUMBER(CALLOQUIN_VOCAL_ENTRY)};
+  static const tk::Opened<tk::Sound>& (*const table[])() = {CALLOQUIN_FOR_EACH_NUMBER(CALLOQUIN_VOCAL_ENTRY)};
 #undef CALLOQUIN_VOCAL_ENTRY
   return table[k - 1]();
 }
@@ -102,10 +102,10 @@ class VoiceTest : public ::testing::Test {
   int questions_ = 0, lookups_ = 0;  // lookups: calls of Application.ExecutableFile
 
  private:
-  std::shared_ptr<tk::Sound> Open(const tk::String& path) {
+  tk::Opened<tk::Sound> Open(const tk::String& path) {
     opened_.push_back(fs::path(path).filename().string());
-    auto real = realFiles_ ? tk::OpenMixerSound(path) : nullptr;  // the mixer judges the file
-    if (realFiles_ && !real) return nullptr;
+    tk::Opened<tk::Sound> real;
+    if (realFiles_ && !(real = tk::OpenMixerSound(path))) return real;  // the mixer judges the file
     return std::make_shared<RecordingSound>(opened_.back(), played_, real);
   }
   tk::ScopedHook<tk::ExecutableFileSource> source_{tk::SetExecutableFileSource,
