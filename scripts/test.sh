@@ -1,22 +1,41 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds Calloquin and runs every test: once in a
-# debug build with warnings as errors, once under AddressSanitizer and
-# UndefinedBehaviorSanitizer.
+# Installs what is missing, builds Calloquin and runs every test. Each
+# configuration is built once: a debug build under AddressSanitizer and
+# UndefinedBehaviorSanitizer, warnings as errors, that runs every test (X
+# tests included), and a release build of the program alone, which becomes
+# the .deb that is installed, played and removed. The fuzzer runs for a
+# minute beside the release build. Each stage's time is printed at the end.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/install-deps.sh
-
 jobs=$(nproc)
-echo "== debug build, all tests"
-cmake --preset dev >/dev/null
-cmake --build --preset dev -j "$jobs"
-ctest --preset dev -j "$jobs" -LE soak
-tests/fuzz/run.sh 60
+# Qt keeps caches for the life of the process: leaks are not looked for.
+export ASAN_OPTIONS=detect_leaks=0:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 
-echo "== the .deb: built, installed with apt, played under Xvfb, removed"
-packaging/test-deb.sh build/dev/tests/x11/board_check
+times=()
+report() {
+  echo "== stage times"
+  printf '  %s\n' "${times[@]}"
+}
+trap report EXIT
+stage() {  # name, command...
+  local name=$1 t=$SECONDS
+  shift
+  echo "== $name"
+  "$@"
+  times+=("$(printf '%4d s  %s' $((SECONDS - t)) "$name")")
+}
+fuzz_and_release() {
+  tests/fuzz/run.sh 60 >build/fuzz.out 2>&1 &
+  local fuzz=$!
+  cmake --preset release >/dev/null
+  cmake --build --preset release -j "$jobs"
+  wait "$fuzz" || { cat build/fuzz.out; return 1; }
+  cat build/fuzz.out
+}
 
-echo "== sanitizer build, all tests but those through an X server"
-cmake --preset asan >/dev/null
-cmake --build --preset asan -j "$jobs"
-ctest --preset asan -j "$jobs" -LE 'x11|soak'
+stage "install what is missing" scripts/install-deps.sh
+stage "debug build under the sanitizers" sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
+stage "every test" ctest --preset asan -j "$jobs" -LE soak
+stage "the fuzzer (a minute) beside the release build" fuzz_and_release
+stage "the .deb: built, installed with apt, played under Xvfb, removed" \
+  packaging/test-deb.sh build/asan/tests/x11/board_check

@@ -1,0 +1,21 @@
+#!/bin/sh
+# Makes the 90 voice clips once for each table and script, and copies them
+# into a build's Resources folder: the debug, release and benchmark builds
+# of one checkout share them instead of speaking all 90 again.
+#
+#   cached-clips.sh <CallTable.h> <output folder> <cache folder>
+set -eu
+table=$1 out=$2 cache=$3
+here=$(cd "$(dirname "$0")" && pwd)
+key=$(cat "$table" "$here/make-clips.sh" | cksum | tr ' ' '-')
+made=$cache/$key
+if [ ! -f "$made/vocal90.mp3" ]; then
+  mkdir -p "$cache"
+  work=$(mktemp -d "$cache/.making.XXXXXX")
+  trap 'rm -rf "$work"' EXIT
+  sh "$here/make-clips.sh" "$table" "$work"
+  # Another build may have made the same clips meanwhile; either set will do.
+  [ -f "$made/vocal90.mp3" ] || { rm -rf "$made" && mv "$work" "$made"; }
+fi
+mkdir -p "$out"
+cp "$made"/vocal*.mp3 "$out/"
