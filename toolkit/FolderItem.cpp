@@ -11,6 +11,18 @@ namespace fs = std::filesystem;
 namespace tk {
 namespace {
 
+// Told when the executable's folder has no parent, which the installed
+// layout always gives it.
+#if defined(__APPLE__)
+constexpr const char* kLayoutAdvice =
+    "Calloquin expects its program in the folder \"Contents/MacOS\" of Calloquin.app, beside its folder "
+    "\"Contents/Resources\"; installing it again puts them back in place.";
+#else
+constexpr const char* kLayoutAdvice =
+    "Calloquin expects its program in a folder \"bin\" beside its folder \"Resources\"; "
+    "installing it again puts them back in place.";
+#endif
+
 ExecutableFileSource& Source() {
   static ExecutableFileSource source;
   return source;
@@ -31,9 +43,7 @@ std::shared_ptr<FolderItem> FolderItem::Parent() const {
   const fs::path parent = p.parent_path();
   if (parent.empty() || parent == p) {
     NoteFailureCause({"The folder above " + path_ + " could not be found", "there is none: it is the top folder", {},
-                      "Calloquin expects its program in a folder \"bin\" beside its folder \"Resources\"; "
-                      "installing it again puts them back in place.",
-                      {}});
+                      kLayoutAdvice, {}});
     return nullptr;
   }
   return std::make_shared<FolderItem>(parent.string());
