@@ -11,6 +11,18 @@ namespace fs = std::filesystem;
 namespace tk {
 namespace {
 
+// Told when the executable's folder has no parent, which the installed
+// layout always gives it.
+#if defined(__APPLE__)
+constexpr const char* kLayoutAdvice =
+    "Calloquin expects its program in the folder \"Contents/MacOS\" of Calloquin.app, beside its folder "
+    "\"Contents/Resources\"; installing it again puts them back in place.";
+#else
+constexpr const char* kLayoutAdvice =
+    "Calloquin expects its program in a folder \"bin\" beside its folder \"Resources\"; "
+    "installing it again puts them back in place.";
+#endif
+
 ExecutableFileSource& Source() {
   static ExecutableFileSource source;
   return source;
@@ -65,9 +77,7 @@ std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void(const Failu
       if (stepMissing) {
         stepMissing({"The folder above " + item->NativePath() + " could not be found",
                      "there is none: it is the top folder", {},
-                     "Calloquin expects its program in a folder \"bin\" beside its folder \"Resources\"; "
-                     "installing it again puts them back in place.",
-                     {}});
+                     kLayoutAdvice, {}});
       }
       return nullptr;
     }

@@ -59,6 +59,8 @@ void AddView(Container& container, MenuItem& item) {
   } else {
     action = container.addAction(QString());
     // On macOS Quit belongs in the application menu; nothing else moves.
+    // Qt's Cocoa menu bar hides a menu left with no item, so File, whose
+    // one item moves, is not shown there at all rather than shown empty.
     action->setMenuRole(dynamic_cast<QuitMenuItem*>(&item) != nullptr ? QAction::QuitRole : QAction::NoRole);
     QObject::connect(action, &QAction::triggered, [&item] { Dispatch([&item] { item.Action(); }); });
   }

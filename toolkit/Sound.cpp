@@ -8,8 +8,10 @@
 #include "toolkit/Notice.h"
 
 #include <cstdio>
+#include <iterator>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace tk {
 namespace {
@@ -24,10 +26,31 @@ constexpr int kDeviceBufferFrames = 512;
 // SDL_mixer and SDL are loaded at the first clip, not linked: they bring
 // some forty libraries (every codec and sound server SDL knows), and a
 // start-up should not pay for a voice that may never be used.
+// It is looked for in this order, and the first that opens is used.
 #if defined(__APPLE__)
-constexpr const char* kMixerLibrary = "libSDL2_mixer-2.0.0.dylib";
+// Inside the bundle first, so that a deployed app plays its own copy. A bare
+// name reaches only DYLD_LIBRARY_PATH, the current folder and
+// DYLD_FALLBACK_LIBRARY_PATH, and the program's run paths only through
+// @rpath; Homebrew's folders (Apple Silicon, then Intel) and MacPorts' are
+// searched only when named.
+constexpr const char* kMixerLibraries[] = {
+    "@executable_path/../Frameworks/libSDL2_mixer-2.0.0.dylib",
+    "libSDL2_mixer-2.0.0.dylib",
+    "@rpath/libSDL2_mixer-2.0.0.dylib",
+    "/opt/homebrew/lib/libSDL2_mixer-2.0.0.dylib",
+    "/usr/local/lib/libSDL2_mixer-2.0.0.dylib",
+    "/opt/local/lib/libSDL2_mixer-2.0.0.dylib",
+};
+// What to do when none of them is there.
+constexpr const char* kNoMixerAdvice =
+    "Install SDL2_mixer (with Homebrew: brew install sdl2_mixer) and start Calloquin again, "
+    "or switch BINGO CALLER off to go on without the voice.";
 #else
-constexpr const char* kMixerLibrary = "libSDL2_mixer-2.0.so.0";
+// The soname, wherever the system's loader finds it.
+constexpr const char* kMixerLibraries[] = {"libSDL2_mixer-2.0.so.0"};
+constexpr const char* kNoMixerAdvice =
+    "Install SDL2_mixer (on Debian and Ubuntu the package libsdl2-mixer-2.0-0) and start Calloquin again, "
+    "or switch BINGO CALLER off to go on without the voice.";
 #endif
 
 struct MixerApi {
@@ -50,9 +73,9 @@ bool Resolve(void* library, const char* name, F& function) {
   return function != nullptr;
 }
 
-const char*& LibraryName() {
-  static const char* name = kMixerLibrary;
-  return name;
+std::vector<const char*>& LibraryNames() {
+  static std::vector<const char*> names(std::begin(kMixerLibraries), std::end(kMixerLibraries));
+  return names;
 }
 
 // Why the library could not be had, in the loader's words.
@@ -64,12 +87,17 @@ String& LoadError() {
 // Nil when the library or any of its functions is missing.
 const MixerApi* Api() {
   static const MixerApi* const api = []() -> const MixerApi* {
-    void* library = dlopen(LibraryName(), RTLD_NOW | RTLD_LOCAL);  // never closed, like the clips
-    if (library == nullptr) {
+    void* library = nullptr;
+    const char* name = nullptr;
+    for (const char* candidate : LibraryNames()) {
+      name = candidate;
+      library = dlopen(name, RTLD_NOW | RTLD_LOCAL);  // never closed, like the clips
+      if (library != nullptr) break;
       const char* error = dlerror();
-      LoadError() = error != nullptr ? error : LibraryName();
-      return nullptr;
+      if (!LoadError().empty()) LoadError() += "; ";
+      LoadError() += error != nullptr ? error : name;
     }
+    if (library == nullptr) return nullptr;
     static MixerApi a;
     const bool ok = Resolve(library, "SDL_InitSubSystem", a.InitSubSystem) &&
                     Resolve(library, "SDL_QuitSubSystem", a.QuitSubSystem) &&
@@ -80,7 +108,7 @@ const MixerApi* Api() {
                     Resolve(library, "Mix_AllocateChannels", a.AllocateChannels) &&
                     Resolve(library, "Mix_LoadWAV_RW", a.LoadWAV_RW) && Resolve(library, "Mix_FreeChunk", a.FreeChunk) &&
                     Resolve(library, "Mix_PlayChannelTimed", a.PlayChannelTimed);
-    if (!ok) LoadError() = String(LibraryName()) + " lacks a function that Calloquin needs";
+    if (!ok) LoadError() = String(name) + " lacks a function that Calloquin needs";
     return ok ? &a : nullptr;
   }();
   return api;
@@ -168,9 +196,7 @@ Opened<Sound> OpenMixerSound(const String& path) {
       // No clip at all can be played: a clip that counted as opened would
       // be a voice that is silently missing.
       FailureCause cause = FileCause(path, "played", "the sound library SDL2_mixer is not installed", LoadError());
-      cause.advice =
-          "Install SDL2_mixer (on Debian and Ubuntu the package libsdl2-mixer-2.0-0) and start Calloquin again, "
-          "or switch BINGO CALLER off to go on without the voice.";
+      cause.advice = kNoMixerAdvice;
       return cause;
     }
     return std::make_shared<SilentSound>();
@@ -185,7 +211,7 @@ Opened<Sound> OpenMixerSound(const String& path) {
   return std::make_shared<MixerSound>(chunk);
 }
 
-void SetMixerLibrary(const char* name) { LibraryName() = name; }
+void SetMixerLibrary(const char* name) { LibraryNames() = {name}; }
 
 SoundOpener SetSoundOpener(SoundOpener opener) { return std::exchange(Opener(), std::move(opener)); }
 

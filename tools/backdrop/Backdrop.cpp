@@ -30,6 +30,14 @@ namespace {
 constexpr int kWidth = 1036;
 constexpr int kHeight = 572;
 
+// The lettering's typeface, one the platform has: Debian's DejaVu Sans, or on a
+// Mac Helvetica, which every Mac has (DejaVu is not among its fonts).
+#if defined(__APPLE__)
+constexpr char kFace[] = "Helvetica";
+#else
+constexpr char kFace[] = "DejaVu Sans";
+#endif
+
 // The board's cells are hand-placed, not a regular grid: these are the
 // left edges of the ten columns and the main top of each of the nine rows.
 constexpr std::array<int, 10> kColumnLeft = {35, 99, 162, 227, 288, 349, 413, 478, 541, 602};
@@ -102,7 +110,7 @@ void Paint(QPainter& p) {
   p.drawLine(QPointF(856, 352), QPointF(856, 452));
 
   // A discreet wordmark in the free space between the two bottom buttons.
-  QFont font(QStringLiteral("DejaVu Sans"));
+  QFont font(QString::fromLatin1(kFace));
   font.setPixelSize(18);
   font.setLetterSpacing(QFont::AbsoluteSpacing, 6);
   p.setFont(font);

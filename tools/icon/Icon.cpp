@@ -28,6 +28,14 @@ namespace {
 
 constexpr double kUnits = 256;
 
+// The lettering's typeface, one the platform has: Debian's DejaVu Sans, or on a
+// Mac Helvetica, which every Mac has (DejaVu is not among its fonts).
+#if defined(__APPLE__)
+constexpr char kFace[] = "Helvetica";
+#else
+constexpr char kFace[] = "DejaVu Sans";
+#endif
+
 struct Shape {
   QPainterPath path;
   QColor colour;
@@ -47,7 +55,7 @@ std::vector<Shape> Drawing() {
   shapes.push_back({Circle(100), QColor(0xff, 0xd2, 0x1f)});  // the ball
   shapes.push_back({Circle(66), QColor(0xff, 0xff, 0xff)});   // its face
 
-  QFont font(QStringLiteral("DejaVu Sans"));
+  QFont font(QString::fromLatin1(kFace));
   font.setBold(true);
   font.setPixelSize(72);
   QPainterPath digits;
