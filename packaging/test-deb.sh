@@ -13,6 +13,11 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 check=$(realpath "$1")
 
+# Dated by the last commit, the package is the same bytes at every build of
+# it: CPack stamps its files, and the metainfo its release, with this time.
+if [ -z "${SOURCE_DATE_EPOCH:-}" ] && epoch=$(git log -1 --format=%ct 2>/dev/null); then
+  export SOURCE_DATE_EPOCH=$epoch
+fi
 cmake --preset release >/dev/null
 cmake --build --preset release -j "$(nproc)"
 (cd build/release && rm -f calloquin_*.deb && cpack -G DEB >/dev/null)
