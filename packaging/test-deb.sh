@@ -1,14 +1,46 @@
 #!/bin/bash
-# Builds the .deb in build/release (the run command's build, made for /usr), installs it with apt, plays a few numbers on
-# the installed program under Xvfb (the called cells must turn yellow on a
-# screenshot), ends it with Ctrl+Q and removes the package, checking that
-# nothing of it is left behind. Changes the system's packages, so it runs
-# only as root (CI) or with sudo that needs no password.
+# Builds the .deb in build/release (the run command's build, made for /usr)
+# and has lintian check it: any error or warning fails. Then installs it
+# with apt, plays a few numbers on the installed program under Xvfb (the
+# called cells must turn yellow on a screenshot), started as its desktop
+# entry starts it, ends it with Ctrl+Q and removes the package, checking
+# that nothing of it is left behind. Installing changes the system's
+# packages, so that part runs only as root (CI) or with sudo that needs no
+# password; the build and lintian run for anyone.
 #
 # usage: packaging/test-deb.sh <board check tool>
 set -euo pipefail
 cd "$(dirname "$0")/.."
 check=$(realpath "$1")
+
+# Dated by the last commit, the package is the same bytes at every build of
+# it: CPack stamps its files, and the metainfo its release, with this time.
+if [ -z "${SOURCE_DATE_EPOCH:-}" ] && epoch=$(git log -1 --format=%ct 2>/dev/null); then
+  export SOURCE_DATE_EPOCH=$epoch
+fi
+cmake --preset release >/dev/null
+cmake --build --preset release -j "$(nproc)"
+(cd build/release && rm -f calloquin_*.deb && cpack -G DEB >/dev/null)
+deb=$(ls build/release/calloquin_*.deb)
+echo "built $deb"
+depends=$(dpkg-deb -f "$deb" Depends)
+echo "Depends: $depends"
+# Qt is linked; the platform plugins and SDL2_mixer are loaded at run time.
+for p in libqt6widgets6 qt6-qpa-plugins libsdl2-mixer-2.0-0; do
+  [[ "$depends" == *"$p"* ]] || { echo "FAIL: the package does not depend on $p"; exit 1; }
+done
+
+# lintian's errors and warnings fail; its informational and pedantic notes
+# are shown, for whoever wants to look.
+command -v lintian >/dev/null || { echo "FAIL: lintian is not installed (scripts/install-deps.sh installs it)"; exit 1; }
+lint_status=0
+report=$(lintian --display-info --pedantic --fail-on none "$deb" 2>&1) || lint_status=$?
+[ -z "$report" ] || sed 's/^/  lintian: /' <<<"$report"
+if [ "$lint_status" -ne 0 ] || grep -q '^[EW]: ' <<<"$report"; then
+  echo "FAIL: lintian finds errors or warnings in the package (status $lint_status)"
+  exit 1
+fi
+echo "lintian: no errors or warnings"
 
 if [ "$(id -u)" -eq 0 ]; then
   as_root=()
@@ -23,18 +55,6 @@ if dpkg-query -W -f='${Status}' calloquin 2>/dev/null | grep -q "install ok inst
   exit 0
 fi
 
-cmake --preset release >/dev/null
-cmake --build --preset release -j "$(nproc)"
-(cd build/release && rm -f calloquin_*.deb && cpack -G DEB >/dev/null)
-deb=$(ls build/release/calloquin_*.deb)
-echo "built $deb"
-depends=$(dpkg-deb -f "$deb" Depends)
-echo "Depends: $depends"
-# Qt is linked; the platform plugins and SDL2_mixer are loaded at run time.
-for p in libqt6widgets6 qt6-qpa-plugins libsdl2-mixer-2.0-0; do
-  [[ "$depends" == *"$p"* ]] || { echo "FAIL: the package does not depend on $p"; exit 1; }
-done
-
 installed=
 apt() { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=120 -y -qq "$@"; }
 on_exit() { [ -n "$installed" ] && apt remove calloquin >/dev/null; }
@@ -43,8 +63,12 @@ installed=1
 apt install "./$deb" >/dev/null
 set +e  # from here on the checks below say what failed
 . tests/x11/lib.sh
-[ -L /usr/bin/calloquin ] || fail "no link /usr/bin/calloquin"
-[ "$(readlink -f /usr/bin/calloquin)" = /usr/lib/calloquin/bin/calloquin ] || fail "the link leads elsewhere"
+[ -L /usr/games/calloquin ] || fail "no link /usr/games/calloquin"
+[ "$(readlink -f /usr/games/calloquin)" = /usr/lib/calloquin/bin/calloquin ] || fail "the link leads elsewhere"
+[ ! -e /usr/bin/calloquin ] || fail "a game in /usr/bin: /usr/bin/calloquin"
+desktop=/usr/share/applications/org.calloquin.calloquin.desktop
+exec_line=$(grep '^Exec=' "$desktop")
+[ "$exec_line" = Exec=/usr/games/calloquin ] || fail "the desktop entry starts something else: $exec_line"
 for f in /usr/lib/calloquin/Resources/vocal90.mp3 /usr/lib/calloquin/Resources/BingoOuter1.png \
          /usr/share/applications/org.calloquin.calloquin.desktop /usr/share/metainfo/org.calloquin.calloquin.metainfo.xml \
          /usr/share/icons/hicolor/scalable/apps/org.calloquin.calloquin.svg \
@@ -53,9 +77,10 @@ for f in /usr/lib/calloquin/Resources/vocal90.mp3 /usr/lib/calloquin/Resources/B
   [ -f "$f" ] || fail "$f is not installed"
 done
 
-# Started by its name on the PATH, from elsewhere: the link must lead it to
-# its resources (the backdrop shows, or the board's cells would be unreadable).
-installed_program() { cd / && exec calloquin; }
+# Started as the desktop entry starts it, from elsewhere: the link must lead
+# it to its resources (the backdrop shows, or the board's cells would be
+# unreadable).
+installed_program() { cd / && exec "${exec_line#Exec=}"; }
 start installed_program
 press Return Return Return
 expect 3 "after three presses"
@@ -65,5 +90,5 @@ ended_with 0 "Ctrl+Q"
 apt remove calloquin >/dev/null
 installed=
 [ ! -e /usr/lib/calloquin ] || fail "/usr/lib/calloquin is left: $(find /usr/lib/calloquin | head)"
-[ ! -e /usr/bin/calloquin ] || fail "/usr/bin/calloquin is left"
+[ ! -e /usr/games/calloquin ] || fail "/usr/games/calloquin is left"
 echo "PASS: the .deb installs, plays and removes cleanly"

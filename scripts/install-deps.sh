@@ -15,8 +15,9 @@ packages=(
   dbus-daemon at-spi2-core python3-pyatspi
   # the property-stream fuzzer: clang and its libFuzzer and sanitizer runtimes
   clang libclang-rt-dev
-  # the .deb and the checks of its desktop entry and AppStream metainfo
-  dpkg-dev file desktop-file-utils appstream
+  # the .deb, Debian's checks of it, and the checks of its desktop entry and
+  # AppStream metainfo
+  dpkg-dev file lintian desktop-file-utils appstream
 )
 
 [ $# -gt 0 ] && packages=("$@")
