@@ -6,9 +6,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <random>
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/allocator_interface.h>
-#endif
 
 #include "tests/voice/VoiceFixture.h"
 
@@ -17,6 +14,9 @@ namespace {
 
 // Memory the process holds, in kB: the peak resident size, or under the
 // sanitizer, which keeps freed memory back on purpose, what is allocated.
+#if defined(__SANITIZE_ADDRESS__)
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // the sanitizer's runtime has it
+#endif
 long HeldKb() {
 #if defined(__SANITIZE_ADDRESS__)
   return static_cast<long>(__sanitizer_get_current_allocated_bytes() / 1024);
@@ -99,7 +99,9 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerKeepEveryInvariant) {
   EXPECT_TRUE(reports_.empty()) << reports_.size() << " failures, the first " << tk::OneLine(reports_.front());
   EXPECT_GT(endQuestions, games / 2);
   EXPECT_EQ(opened_.size(), 90u) << "each clip is opened once, however many games";
-  if (games > 100) EXPECT_LE(HeldKb() - baseline, 2048) << "memory grew after game 100";
+  if (games > 100) {
+    EXPECT_LE(HeldKb() - baseline, 2048) << "memory grew after game 100";
+  }
 }
 
 }  // namespace
