@@ -91,7 +91,7 @@ TEST_F(OverlapTest, QuickSecondPressStartsBesideTheFirstClip) {
   ReadUntil(left_.size() + 3 * kSecond);
 
   EXPECT_TRUE(reports_.empty());
-  EXPECT_EQ(played_, Names({draw[0], draw[1]}));
+  EXPECT_EQ(played_, (std::vector{ClipName(draw[0]), ClipName(draw[1])}));
   const double perSecond = static_cast<double>(kSecond) / kWindow;
   EXPECT_GT(Windows(440, false, 1000), 0.8 * perSecond) << "the clips sound together";
   // Each clip (1.5 s) is heard to its end: nothing cut the first one off.
