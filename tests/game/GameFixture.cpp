@@ -12,35 +12,15 @@ void PrintTo(const Snapshot& s, std::ostream* os) {
       << "', yellow " << s.yellow.size() << ", grey " << s.grey.size() << ", howMany " << s.howMany << "}";
 }
 
-namespace {
-
-// An entropy source that yields the given words, then fails the test.
-class ScriptedEntropy : public tk::EntropySource {
- public:
-  explicit ScriptedEntropy(std::deque<std::uint64_t> words) : words_(std::move(words)) {}
-  std::uint64_t Next64() override {
-    if (words_.empty()) {
-      ADD_FAILURE() << "the draw asked for more random numbers than the script holds";
-      throw tk::RuntimeException("script exhausted");
-    }
-    const std::uint64_t w = words_.front();
-    words_.pop_front();
-    return w;
+std::uint64_t ScriptedEntropy::Next64() {
+  if (words.empty()) {
+    ADD_FAILURE() << "the draw asked for more random numbers than the script holds";
+    throw tk::RuntimeException("script exhausted");
   }
-
- private:
-  std::deque<std::uint64_t> words_;
-};
-
-// A draw that turns out exactly as listed: number k becomes the word k - 1,
-// which InRange(0, 89) returns unchanged.
-std::deque<std::uint64_t> Words(const std::vector<tk::Integer>& numbers) {
-  std::deque<std::uint64_t> words;
-  for (tk::Integer n : numbers) words.push_back(static_cast<std::uint64_t>(n - 1));
-  return words;
+  const std::uint64_t w = words.front();
+  words.pop_front();
+  return w;
 }
-
-}  // namespace
 
 std::vector<tk::Integer> OrderA() {
   std::vector<tk::Integer> order;
@@ -65,9 +45,12 @@ tk::Integer GameTest::Answer(const tk::String& text, tk::Integer style, const tk
   return a;
 }
 
+// A draw that turns out exactly as listed: number k becomes the word k - 1,
+// which InRange(0, 89) returns unchanged.
 std::unique_ptr<tk::EntropySource> GameTest::NextSource() {
   if (draws_.empty()) return tk::MakeSystemEntropy();
-  auto source = std::make_unique<ScriptedEntropy>(Words(draws_.front()));
+  auto source = std::make_unique<ScriptedEntropy>();
+  for (tk::Integer k : draws_.front()) source->words.push_back(static_cast<std::uint64_t>(k - 1));
   draws_.pop_front();
   return source;
 }

@@ -40,6 +40,12 @@ struct Question {
   std::string goneWhileAsked;
 };
 
+// An entropy source that yields the given words, then fails the test.
+struct ScriptedEntropy : tk::EntropySource {
+  std::deque<std::uint64_t> words;
+  std::uint64_t Next64() override;
+};
+
 // 1..90 in a fixed, scrambled order, and the same order shifted by one.
 std::vector<tk::Integer> OrderA();
 std::vector<tk::Integer> OrderB();

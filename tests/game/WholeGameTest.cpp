@@ -1,4 +1,7 @@
-// A whole game press by press, the end question, and RESET.
+// A whole game press by press, the end question, RESET, the draw, and the
+// route of a failure out of a press or a tick.
+#include <limits>
+
 #include "engine/Module1.h"
 #include "tests/game/GameFixture.h"
 #include "tests/tables/Tables.h"
@@ -6,6 +9,7 @@
 
 namespace testgame {
 namespace {
+using namespace std::string_literals;
 
 constexpr tk::Color kWhite = 0xFFFFFF, kBlack = 0x000000;
 
@@ -130,6 +134,68 @@ TEST_F(WholeGameTest, ResetAsksFirstAndYesLeavesTheFlashRunning) {
   Press();  // a first press, which ends the flash
   ExpectAfterPress(Look(), OrderB(), 0);
   EXPECT_EQ(Look().mainColor, kWhite);
+}
+
+// The draw: rejection sampling over all 90 indices, fed by Random, whose
+// range rejects the words that would favour low results. Its fairness over
+// many draws is the fairness suite's (tests/fairness).
+using DrawTest = GameTest;
+TEST_F(DrawTest, TheOrderIsExactlyWhatTheSourceDictatesRejectionsIncluded) {
+  // 2^64 leaves a remainder of 16 over 90: the top 16 words are drawn
+  // again, and so are candidates already placed, each word used once. So
+  // 90 (the 17th word from the top, 89 modulo 90), 7, 3, then 1 to 89 with
+  // 7 and 3 skipped, ending on the last word.
+  constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
+  auto source = std::make_unique<ScriptedEntropy>();
+  source->words = {kMax, kMax - 15, kMax - 16, 6, 6, 2, 89, 6, 2};
+  std::vector<tk::Integer> expected = {90, 7, 3};
+  for (tk::Integer n = 1; n <= 89; ++n) {
+    source->words.push_back(std::uint64_t(n - 1));
+    if (n != 7 && n != 3) expected.push_back(n);
+  }
+  const tk::ScopedHook dictated(tk::Random::SetSourceFactory, tk::Random::SourceFactory([&] { return std::move(source); }));
+  Open();
+  EXPECT_EQ(Look().draw, expected);
+}
+
+// A failure inside a handler: reported once, earlier steps stand, later
+// steps are skipped, and the next event is delivered as usual.
+using FailureRouteTest = GameTest;
+TEST_F(FailureRouteTest, AFailureMidPressIsReportedOnceAndLeavesTheEarlierStepsStanding) {
+  Open({OrderA()});
+  Press();
+  Press();
+  // Take the call table away: the press fails when it looks up the call.
+  const tk::Array<tk::String> calls = Module1::nickname;
+  Module1::nickname = tk::Array<tk::String>(-1);
+  Press();
+  ASSERT_EQ(failures.size(), 1u);
+  EXPECT_EQ(failures[0].className, "OutOfBoundsException");
+
+  const Snapshot s = Look();
+  const std::string third = std::to_string(OrderA()[2]);
+  EXPECT_EQ((std::vector{s.main, s.gone, s.last}), (std::vector{third, "3"s, std::to_string(OrderA()[1])}))
+      << "steps before the failure stay done";
+  EXPECT_TRUE(s.yellow.count(OrderA()[2]));
+  EXPECT_NE(s.call, "") << "the call of the second number is still shown";
+  EXPECT_EQ(s.howMany, 2) << "steps after it are not taken";
+
+  Module1::nickname = calls;
+  Press();  // delivered as usual: the same number is called again
+  EXPECT_EQ(failures.size(), 1u);
+  EXPECT_EQ(Look().main, third);
+  EXPECT_EQ(Look().howMany, 3);
+}
+
+TEST_F(FailureRouteTest, AFailingTickIsReportedAndTheTimerKeepsRunning) {
+  Open();
+  for (int i = 0; i < 5; ++i) Press();
+  // Hide MainNumber from the lookup by name: the tick finds nil.
+  window->MainNumber()->SetName("Hidden");
+  Tick();
+  ASSERT_EQ(failures.size(), 1u);
+  EXPECT_EQ(failures[0].className, "NilObjectException");
+  EXPECT_TRUE(window->Timer1()->IsRunning());
 }
 
 }  // namespace

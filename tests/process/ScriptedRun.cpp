@@ -1,19 +1,17 @@
 // The real program, start-up to exit, with the operator replaced by a
 // script: NEXT NUMBER is pressed from the event loop over and over, and the
-// end question is answered from the command line ("yes,no" answers Yes at
-// the end of the first game and No at the end of the second; "dialog" leaves
-// the real question standing, unanswered). A second argument N has the
-// system ask the application to quit with the Nth press, as a logout or the
-// Dock's Quit does. Prints what it saw, and that the finalizers ran; its exit
+// end question is answered No ("dialog" as the first argument leaves the
+// real question standing, unanswered). A second argument N has the system
+// ask the application to quit with the Nth press, as a logout or the Dock's
+// Quit does. Prints what it saw, and that the finalizers ran; its exit
 // status is the program's.
 #include <QCoreApplication>
 #include <QEvent>
-#include <QStringList>
+#include <QString>
 #include <QTimer>
 
 #include <cstdio>
 #include <cstring>
-#include <deque>
 
 #include "engine/Module1.h"
 #include "shell/Startup.h"
@@ -22,18 +20,12 @@
 #include "window/ImplicitWindow.h"
 
 int main(int argc, char** argv) {
-  std::deque<tk::Integer> answers;
-  for (const QString& a : QString::fromLatin1(argc > 1 ? argv[1] : "").split(',', Qt::SkipEmptyParts))
-    answers.push_back(a == "yes" ? tk::kAnswerYes : tk::kAnswerNo);
   const int quitWith = argc > 2 ? QString::fromLatin1(argv[2]).toInt() : 0;
   int presses = 0;
   if (std::strcmp(argc > 1 ? argv[1] : "", "dialog") != 0) tk::SetMsgBoxAnswerer([&](const tk::String&, tk::Integer, const tk::String&) {
     std::printf("asked after %d presses with %lld gone\n", presses, static_cast<long long>(Module1::HowManyNumbersGone));
     std::fflush(stdout);
-    if (answers.empty()) return tk::kAnswerNo;
-    const tk::Integer a = answers.front();
-    answers.pop_front();
-    return a;
+    return tk::kAnswerNo;
   });
   // Presses come from the event loop, as a person's would.
   QTimer presser;

@@ -1,7 +1,8 @@
 // The caller played for a long time in one process, with every clip present
 // and really decoded: games with random RESETs (answered Yes and No) and
-// switches of the caller, the game's invariants checked after every press,
-// and the peak memory flat once the clips are all open.
+// switches of the caller: no failure, the end question only over the 90th
+// number, each clip opened once, and the peak memory flat once the clips are
+// all open. What each press shows is the whole-game test's (tests/game).
 // CALLOQUIN_SOAK_GAMES sets the length (200 games unless told).
 #include <cstdlib>
 #include <fstream>
@@ -29,37 +30,9 @@ long HeldKb() {
 #endif
 }
 
-class SoakTest : public VoiceTest {
- protected:
-  // Every invariant of a game at rest; howMany is what the presses and
-  // answers so far say it must be.
-  void Check(tk::Integer howMany, long press) {
-    SCOPED_TRACE("press " + std::to_string(press));
-    ASSERT_EQ(Module1::HowManyNumbersGone, howMany);
-    std::vector<bool> seen(91);
-    for (tk::Integer i = 0; i < 90; ++i) {
-      const tk::Integer x = Module1::bingonumbers(i);
-      ASSERT_TRUE(x >= 1 && x <= 90 && !seen[x]) << "not a permutation at " << i;
-      seen[x] = true;
-      ASSERT_TRUE(Module1::thearray(i));
-    }
-    int yellow = 0;
-    for (tk::Integer i = 0; i < 90; ++i) {
-      const tk::Integer x = Module1::bingonumbers(i);
-      ASSERT_EQ(cells_[x - 1]->TextColor(), i < howMany ? 0xFFFF00u : 0xAAAAAAu) << "cell " << x;
-      yellow += i < howMany;
-    }
-    ASSERT_EQ(window_.NumbersGone()->Text(), std::to_string(yellow));
-    if (howMany > 0) {
-      ASSERT_EQ(window_.MainNumber()->Text(), std::to_string(Module1::bingonumbers(howMany - 1)));
-    }
-    ASSERT_EQ(Module1::nickname.Count(), 90);
-  }
+using SoakTest = VoiceTest;
 
-  std::vector<tk::Label*> cells_;  // looked up once: the check runs 90 times a game
-};
-
-TEST_F(SoakTest, GamesWithResetsAndTheCallerKeepEveryInvariant) {
+TEST_F(SoakTest, GamesWithResetsAndTheCallerFailNothingAndKeepMemoryFlat) {
   const char* env = std::getenv("CALLOQUIN_SOAK_GAMES");
   const long games = env != nullptr ? std::atol(env) : 200;
   for (tk::Integer k = 1; k <= 90; ++k) PutClip(k, k % 2 ? 440 : 1000);
@@ -68,7 +41,6 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerKeepEveryInvariant) {
     opened_.push_back(path);
     return tk::OpenMixerSound(path);
   });
-  for (tk::Integer i = 0; i < 90; ++i) cells_.push_back(window_.n1(i).get());
 
   std::mt19937 rng(20240611);  // the driver's choices only; the draws are the system's
   bool resetAnswer = false;
@@ -79,8 +51,6 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerKeepEveryInvariant) {
     ++endQuestions;
     return tk::kAnswerYes;
   });
-  Check(0, 0);
-  tk::Integer howMany = 0;
   long baseline = 0;
   for (long press = 1; press <= games * 90; ++press) {
     const auto roll = rng() % 1000;
@@ -88,12 +58,8 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerKeepEveryInvariant) {
     if (roll >= 20 && roll < 30) {
       resetAnswer = roll % 2 == 0;
       window_.PushButton3()->Push();
-      if (resetAnswer) howMany = 0;
-      ASSERT_NO_FATAL_FAILURE(Check(howMany, press));
     }
     PressNext();
-    howMany = howMany == 89 ? 0 : howMany + 1;
-    ASSERT_NO_FATAL_FAILURE(Check(howMany, press));
     if (press == 100 * 90) baseline = HeldKb();
   }
   EXPECT_TRUE(reports_.empty()) << reports_.size() << " failures, the first " << tk::OneLine(reports_.front());

@@ -1,5 +1,5 @@
 // The window the program builds and its layout streams, against the tables
-// as the design gives them (Tables.h).
+// as the design gives them (Tables.h), and the order it makes its controls in.
 #include <QMainWindow>
 #include <QWidget>
 
@@ -18,7 +18,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using Entries = std::vector<tables::Entry>;
-using namespace std::string_literals;
 
 // One control as the tables give it: its entries in its stream's order.
 struct Expected {
@@ -115,27 +114,27 @@ TEST(DesignTables, EveryStreamAndTheWindowBuiltFromItHoldTheTables) {
     EXPECT_EQ(w->font().bold(), std::get<bool>(value("Bold"))) << who;
     EXPECT_TRUE(w->isVisibleTo(window->Content())) << who;
   }
-}
 
-TEST(DesignTables, WorkedExamplesHaveTheirExactBytes) {
-  auto bytes = [](const std::string& text) { return Bytes(text.begin(), text.end()); };
-  auto holds = [&](const Bytes& stream, const std::string& text) {
-    const Bytes entry = bytes(text);
-    return std::search(stream.begin(), stream.end(), entry.begin(), entry.end()) != stream.end();
-  };
-  EXPECT_EQ(layout::ControlStream("Timer1"), bytes("Period \x90\x01\0\0\0\0\0\0Mode \x02\0\0\0\0\0\0\0"s));
-  const Bytes& window = layout::WindowStream();
-  EXPECT_EQ(Bytes(window.begin(), window.begin() + 29), bytes("Width \x0C\x04\0\0\0\0\0\0Height \x3C\x02\0\0\0\0\0\0"s));
-  EXPECT_TRUE(holds(window, "Title \x09\0\0\0CalloquinCloseButton \0"s));
-  // Values whose bytes look like blanks or letters, and colours blue first.
-  const Bytes& main = layout::ControlStream("MainNumber");
-  EXPECT_TRUE(holds(main, "Top \xF6\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s));
-  EXPECT_TRUE(holds(main, "TextSize \x00\x00\x66\x43"s));
-  EXPECT_TRUE(holds(main, "TextColor \xFE\xFE\xFF\x00"s));
-  EXPECT_TRUE(holds(main, "Index \x00\x00\x00\x80\xFF\xFF\xFF\xFF"s));
-  EXPECT_TRUE(holds(layout::CellStream(0), "Height \x24\0\0\0\0\0\0\0Width \x2A\0\0\0\0\0\0\0Top \x20\0\0\0\0\0\0\0"s));
-  EXPECT_TRUE(holds(layout::ControlStream("PushButton3"), "InitialParent \x0A\0\0\0MainNumberUnderline "s));
-
+  // Made in this order, which is Qt's stacking order too: each lies over
+  // those made before it, and PushButton3 lies in MainNumber's widget.
+  std::vector<std::string> names = {"MainNumber", "PushButton3", "LastNumber", "NumbersGone", "Label1",
+                                    "Label2", "Label3", "PushButton1", "PushButton2"};
+  names.resize(99, "n1");
+  names.insert(names.end(), {"LastNumber1", "LastNumber2", "Timer1"});
+  ASSERT_EQ(window->Controls().size(), 102u);
+  std::vector<QObject*> made, stacked;
+  for (std::size_t i = 0; i < 102; ++i) {
+    const tk::Control* c = window->Controls()[i];
+    EXPECT_EQ(c->Name(), names[i]) << i;
+    EXPECT_EQ(c->Index(), i >= 9 && i < 99 ? tk::Integer(i - 9) : tk::kNoIndex) << i;
+    auto* r = dynamic_cast<const tk::RectControl*>(c);
+    if (r != nullptr && r->Widget()->parentWidget() == window->Content()) made.push_back(r->Widget());
+  }
+  for (QObject* child : window->Content()->children())
+    if (std::ranges::count(made, child) > 0) stacked.push_back(child);
+  EXPECT_EQ(made.size(), 100u);
+  EXPECT_EQ(stacked, made);
+  EXPECT_EQ(window->PushButton3()->Widget()->parentWidget(), window->MainNumber()->Widget());
 }
 
 }  // namespace

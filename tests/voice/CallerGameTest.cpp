@@ -6,18 +6,6 @@ namespace {
 
 using CallerGameTest = VoiceTest;
 
-// That later games open none again is the soak's (tests/soak).
-TEST_F(CallerGameTest, WholeGameOpensEachClipOnceInDrawOrder) {
-  PressCaller();
-  const auto first = Draw();
-  PressNext(90);
-  EXPECT_EQ(opened_, Names(first));
-  EXPECT_EQ(played_, Names(first));
-  EXPECT_EQ(lookups_, 90) << "each member looks up the folder itself";
-  EXPECT_EQ(questions_, 1);
-  EXPECT_TRUE(reports_.empty());
-}
-
 TEST_F(CallerGameTest, ChainMatchesTheLabelTextExactly) {
   for (const char* text : {"0", "07", " 7", "91", "", "7", "70", "1", "90", "7"}) {
     window_.MainNumber()->SetText(text);

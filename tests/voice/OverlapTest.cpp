@@ -86,12 +86,13 @@ TEST_F(OverlapTest, QuickSecondPressStartsBesideTheFirstClip) {
   PressCaller();
   PressNext();
   // Read until the first clip is heard: it has begun, and over a second of it is still to come.
-  while (left_.size() < kSecond && (left_.size() < kWindow || !Sounds(left_.size() - kWindow, 440))) ReadUntil(left_.size() + kWindow);
+  while (!HasFatalFailure() && left_.size() < kSecond && (left_.size() < kWindow || !Sounds(left_.size() - kWindow, 440)))
+    ReadUntil(left_.size() + kWindow);
   PressNext();
   ReadUntil(left_.size() + 3 * kSecond);
 
   EXPECT_TRUE(reports_.empty());
-  EXPECT_EQ(played_, Names({draw[0], draw[1]}));
+  EXPECT_EQ(played_, (std::vector{ClipName(draw[0]), ClipName(draw[1])}));
   const double perSecond = static_cast<double>(kSecond) / kWindow;
   EXPECT_GT(Windows(440, false, 1000), 0.8 * perSecond) << "the clips sound together";
   // Each clip (1.5 s) is heard to its end: nothing cut the first one off.

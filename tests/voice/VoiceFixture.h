@@ -7,22 +7,16 @@
 // reset, so each test of this fixture needs a process of its own. CTest
 // gives it one (every test is registered alone, run with its own
 // --gtest_filter); run directly, the program runs the first and skips the rest.
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
 #include <cstdlib>
-#include <filesystem>
 
 #include "caller/VoiceClips.h"
 #include "engine/Module1.h"
+#include "tests/TempBundle.h"
 #include "toolkit/Dispatch.h"
-#include "toolkit/FolderItem.h"
 #include "toolkit/MsgBox.h"
-#include "toolkit/ScopedHook.h"
 #include "window/Window1.h"
 
 namespace voicetest {
-namespace fs = std::filesystem;
 
 // 1.5 s tones made at build time; a run as another user is handed a copy.
 inline fs::path Tone(int hz) {
@@ -57,21 +51,11 @@ class VoiceTest : public ::testing::Test {
   void SetUp() override {
     static bool processUsed = false;
     if (std::exchange(processUsed, true)) GTEST_SKIP() << "needs fresh clip members: run it alone (ctest does)";
-    std::string dir = (fs::temp_directory_path() / "calloquin-voice-XXXXXX").string();
-    ASSERT_NE(mkdtemp(dir.data()), nullptr);
-    root_ = dir;
-    fs::create_directories(root_ / "bin");
-    fs::create_directories(Resources());
-    executable_ = std::make_shared<tk::FolderItem>((root_ / "bin" / "calloquin").string());
     window_.Constructor();
     lookups_ = 0;  // the backdrop's, while the window was built; the clips' are counted
   }
-  void TearDown() override {
-    std::error_code ignored;
-    fs::remove_all(root_, ignored);
-  }
 
-  fs::path Resources() const { return root_ / "Resources"; }
+  fs::path Resources() const { return bundle_.resources; }
   fs::path ClipPath(tk::Integer k) const { return Resources() / ClipName(k); }
   void PutClip(tk::Integer k, int hz = 440) {
     fs::create_directories(Resources());
@@ -83,23 +67,20 @@ class VoiceTest : public ::testing::Test {
     for (tk::Integer i = 0; i < 90; ++i) d.push_back(Module1::bingonumbers(i));
     return d;
   }
-  static std::vector<std::string> Names(const std::vector<tk::Integer>& numbers) {
-    std::vector<std::string> names;
-    for (tk::Integer k : numbers) names.push_back(ClipName(k));
-    return names;
-  }
   void PressNext(int times = 1) {
     while (times-- > 0) window_.PushButton2()->Push();
   }
   void PressCaller() { window_.PushButton1()->Push(); }
 
-  fs::path root_;
+  TempBundle bundle_;
+  fs::path& root_ = bundle_.root;
+  std::shared_ptr<tk::FolderItem>& executable_ = bundle_.executable;
+  int& lookups_ = bundle_.lookups;
   Window1 window_;
   bool realFiles_ = false;
-  std::shared_ptr<tk::FolderItem> executable_;
   std::vector<std::string> opened_, played_;
   std::vector<tk::FailureReport> reports_;
-  int questions_ = 0, lookups_ = 0;  // lookups: calls of Application.ExecutableFile
+  int questions_ = 0;
 
  private:
   tk::Opened<tk::Sound> Open(const tk::String& path) {
@@ -108,8 +89,6 @@ class VoiceTest : public ::testing::Test {
     if (realFiles_ && !(real = tk::OpenMixerSound(path))) return real;  // the mixer judges the file
     return std::make_shared<RecordingSound>(opened_.back(), played_, real);
   }
-  tk::ScopedHook<tk::ExecutableFileSource> source_{tk::SetExecutableFileSource,
-                                                   [this] { return ++lookups_, executable_; }};
   tk::ScopedHook<tk::SoundOpener> opener_{tk::SetSoundOpener, [this](const tk::String& path) { return Open(path); }};
   tk::ScopedHook<tk::FailureReporter> reporter_{tk::SetFailureReporter,
                                                 [this](const tk::FailureReport& r) { reports_.push_back(r); }};
