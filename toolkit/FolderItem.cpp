@@ -5,16 +5,14 @@
 
 #include "toolkit/Application.h"
 #include "toolkit/FailureCause.h"
+#include "toolkit/Hook.h"
 
 namespace fs = std::filesystem;
 
 namespace tk {
 namespace {
 
-ExecutableFileSource& Source() {
-  static ExecutableFileSource source;
-  return source;
-}
+constinit Hook<ExecutableFileSource> source;
 
 }  // namespace
 
@@ -48,8 +46,8 @@ std::shared_ptr<Sound> FolderItem::OpenAsSound() const { return OpenSound(path_)
 
 std::shared_ptr<FolderItem> ExecutableFile() {
   std::shared_ptr<FolderItem> item;
-  if (Source()) {
-    item = Source()();
+  if (source) {
+    item = source;
   } else if (const String path = ExecutableFilePath(); !path.empty()) {
     item = std::make_shared<FolderItem>(path);
   }
@@ -70,8 +68,8 @@ std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void()>& stepMis
   return item->Child("Resources");
 }
 
-ExecutableFileSource SetExecutableFileSource(ExecutableFileSource source) {
-  return std::exchange(Source(), std::move(source));
+ExecutableFileSource SetExecutableFileSource(ExecutableFileSource replacement) {
+  return source.Set(std::move(replacement));
 }
 
 }  // namespace tk

@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 
 #include "toolkit/FailureCause.h"
+#include "toolkit/Hook.h"
 #include "toolkit/Notice.h"
 
 #include <cstdio>
@@ -152,10 +153,7 @@ bool MixerReady() {
   return ready;
 }
 
-SoundOpener& Opener() {
-  static SoundOpener opener;
-  return opener;
-}
+constinit Hook<SoundOpener> opener;
 
 }  // namespace
 
@@ -194,8 +192,8 @@ std::shared_ptr<Sound> OpenMixerSound(const String& path) {
 
 void SetMixerLibrary(const char* name) { LibraryName() = name; }
 
-SoundOpener SetSoundOpener(SoundOpener opener) { return std::exchange(Opener(), std::move(opener)); }
+SoundOpener SetSoundOpener(SoundOpener replacement) { return opener.Set(std::move(replacement)); }
 
-std::shared_ptr<Sound> OpenSound(const String& path) { return Opener() ? Opener()(path) : OpenMixerSound(path); }
+std::shared_ptr<Sound> OpenSound(const String& path) { return opener ? opener(path) : OpenMixerSound(path); }
 
 }  // namespace tk

@@ -1,6 +1,5 @@
-// The window's controls: their order, their stacking, a cell made at run
-// time, and the timer's hold on its window. Their values are checked
-// against the design's tables in tests/tables.
+// The window's controls: their order and their stacking. Their values are
+// checked against the design's tables in tests/tables.
 #include <QLabel>
 #include <QMainWindow>
 
@@ -10,8 +9,6 @@
 #include <memory>
 
 #include "window/Window1.h"
-#include "window/Window1_n1.h"
-#include "window/Window1_wrapper_Timer1.h"
 
 namespace {
 
@@ -44,29 +41,6 @@ TEST_F(BuiltWindow, MakesThe102ControlsInOrderAndStacksThemSo) {
   EXPECT_EQ(created.size(), 100u);
   EXPECT_EQ(stacked, created);
   EXPECT_EQ(window->PushButton3()->Widget()->parentWidget(), window->MainNumber()->Widget());
-}
-
-TEST_F(BuiltWindow, ACellMadeAtRunTimeTakesCellZerosLayoutAndJoinsTheSet) {
-  Window1_n1& cell = window->New<Window1_n1>();
-  cell.Constructor();
-  EXPECT_EQ(window->Controls().back(), &cell);
-  EXPECT_EQ(cell.Name(), "n1");
-  EXPECT_EQ(cell.Index(), 0);
-  EXPECT_EQ(cell.Widget()->geometry(), QRect(35, 32, 42, 36));
-
-  Window1_n1 orphan;  // not made by a window, so it has none
-  EXPECT_THROW(orphan.Constructor(), tk::NilObjectException);
-}
-
-// Its hold on a live window is what every tick of the flash walks
-// (tests/game/WholeGameTest).
-TEST(TimerWrapper, HoldsItsWindowWeakly) {
-  Window1_wrapper_Timer1 loose;
-  auto other = std::make_unique<tk::Window>();
-  loose._SetWindow(other.get());
-  EXPECT_EQ(loose.Window(), other.get());
-  other.reset();
-  EXPECT_EQ(loose.Window(), nullptr);
 }
 
 }  // namespace
