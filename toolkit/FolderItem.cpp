@@ -47,7 +47,7 @@ std::shared_ptr<Sound> FolderItem::OpenAsSound() const { return OpenSound(path_)
 std::shared_ptr<FolderItem> ExecutableFile() {
   std::shared_ptr<FolderItem> item;
   if (source) {
-    item = source;
+    item = source();
   } else if (const String path = ExecutableFilePath(); !path.empty()) {
     item = std::make_shared<FolderItem>(path);
   }
