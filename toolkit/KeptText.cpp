@@ -1,0 +1,227 @@
+#include "toolkit/KeptText.h"
+
+#include <QGlyphRun>
+#include <QHash>
+#include <QImage>
+#include <QPaintDevice>
+#include <QPainter>
+#include <QRawFont>
+#include <QTextLayout>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include "toolkit/Control.h"
+
+namespace tk {
+namespace {
+
+struct PlacedGlyph {
+  int font;         // index into the face's raw fonts (a fallback font has glyph numbers of its own)
+  quint32 glyph;
+  QPointF position;  // of its origin on the baseline, from the line's top left
+  QRect box;         // its outline's box with room for anti-aliased edges, from the origin
+};
+
+struct Line {
+  qreal width = 0;
+  QList<QGlyphRun> runs;            // for text Qt's glyph cache draws
+  std::vector<PlacedGlyph> glyphs;  // for text drawn from kept images
+};
+
+struct ImageKey {
+  int font;
+  quint32 glyph;
+  QRgb colour;
+  int ratio;  // device pixels per pixel, times 100
+  bool operator==(const ImageKey&) const = default;
+};
+
+size_t qHash(const ImageKey& k, size_t seed = 0) { return qHashMulti(seed, k.font, k.glyph, k.colour, k.ratio); }
+
+// Where a glyph's image goes: its origin on a whole pixel, as drawText
+// would place it.
+QPoint TopLeft(const QPointF& origin, const PlacedGlyph& g) {
+  const QPointF at = origin + g.position;
+  return QPoint(qRound(at.x()) + g.box.left(), qRound(at.y()) + g.box.top());
+}
+
+QPointF Origin(const QRect& rect, Qt::Alignment alignment, qreal width) {
+  qreal x = rect.left();
+  if (alignment & Qt::AlignHCenter) x += (rect.width() - width) / 2;
+  if (alignment & Qt::AlignRight) x += rect.width() - width;
+  return {x, static_cast<qreal>(rect.top())};
+}
+
+}  // namespace
+
+// Everything kept for one font. Lives for the run: a game needs the
+// numbers 1 to 90, their calls, and their digits in a few colours.
+struct KeptText::Face {
+  static constexpr qsizetype kMaxLines = 1000;
+  QFont font;
+  QRawFont raw;  // the font's own face at its size, made without fontconfig
+  std::vector<QRawFont> raws;
+  QHash<QString, Line> lines;
+  QHash<ImageKey, QImage> images;
+
+  // Laid out for the device it is drawn on, as drawText would, in the
+  // face made here for the font's size (Qt still finds fallback fonts for
+  // characters that face lacks).
+  const Line& LineOf(const QString& text, QPaintDevice* device) {
+    auto it = lines.constFind(text);
+    if (it != lines.constEnd()) return *it;
+    // A game's texts are a few hundred; a label whose text never repeats
+    // must not make the table grow without end.
+    if (lines.size() >= kMaxLines) lines.clear();
+    Line line;
+    if (!PlaceDigits(text, line)) LayOut(text, device, line);
+    if (font.pixelSize() >= kBigTextPixels) {
+      for (const QGlyphRun& run : line.runs) {
+        const int font = RawIndex(run.rawFont());
+        const QList<quint32> glyphs = run.glyphIndexes();
+        const QList<QPointF> positions = run.positions();
+        for (qsizetype i = 0; i < glyphs.size(); ++i) {
+          const QRect box = run.rawFont().boundingRect(glyphs[i]).toAlignedRect().adjusted(-2, -2, 2, 2);
+          line.glyphs.push_back({font, glyphs[i], positions[i], box});
+        }
+      }
+    }
+    return *lines.insert(text, std::move(line));
+  }
+
+  void LayOut(const QString& text, QPaintDevice* device, Line& line) const {
+    QTextLayout layout(text, font, device);
+    if (raw.isValid()) layout.setRawFont(raw);
+    layout.beginLayout();
+    QTextLine textLine = layout.createLine();
+    if (textLine.isValid()) textLine.setLineWidth(std::numeric_limits<int>::max() / 256);
+    layout.endLayout();
+    if (textLine.isValid()) {
+      line.width = textLine.naturalTextWidth();
+      line.runs = textLine.glyphRuns();
+    }
+  }
+
+  // Numbers, most of what a game shows, need no shaping: the face's
+  // digits stand side by side at their advances, where a layout would put
+  // them too (checked against Qt's own label for every number). Qt's
+  // layout costs its text engine and harfbuzz for each new text.
+  bool PlaceDigits(const QString& text, Line& line) const {
+    if (!raw.isValid() || text.isEmpty()) return false;
+    for (const QChar c : text) {
+      if (c < u'0' || c > u'9') return false;
+    }
+    const QList<quint32> glyphs = raw.glyphIndexesForString(text);
+    if (glyphs.size() != text.size() || glyphs.contains(0)) return false;  // a fallback font's
+    const QList<QPointF> advances = raw.advancesForGlyphIndexes(glyphs);
+    QList<QPointF> positions;
+    QPointF at(0, raw.ascent());
+    for (const QPointF& advance : advances) {
+      positions.push_back(at);
+      at.rx() += advance.x();
+    }
+    QGlyphRun run;
+    run.setRawFont(raw);
+    run.setGlyphIndexes(glyphs);
+    run.setPositions(positions);
+    line.width = at.x();
+    line.runs = {run};
+    return true;
+  }
+
+  int RawIndex(const QRawFont& raw) {
+    for (size_t i = 0; i < raws.size(); ++i) {
+      if (raws[i] == raw) return static_cast<int>(i);
+    }
+    raws.push_back(raw);
+    return static_cast<int>(raws.size() - 1);
+  }
+
+  const QImage& ImageOf(const PlacedGlyph& g, const QColor& colour, qreal ratio) {
+    const ImageKey key{g.font, g.glyph, colour.rgba(), static_cast<int>(std::lround(ratio * 100))};
+    auto it = images.constFind(key);
+    if (it != images.constEnd()) return *it;
+    QImage image(g.box.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    QGlyphRun run;
+    run.setRawFont(raws[static_cast<size_t>(g.font)]);
+    run.setGlyphIndexes({g.glyph});
+    run.setPositions({QPointF(0, 0)});
+    QPainter p(&image);
+    p.setPen(colour);
+    p.drawGlyphRun(QPointF(-g.box.left(), -g.box.top()), run);
+    p.end();
+    return *images.insert(key, image);
+  }
+};
+
+namespace {
+
+// Qt asks fontconfig how to render each new size of a font (about a third
+// of a millisecond each time, and the window uses eight). One size per
+// face is made that way, the others from it with the same settings.
+QRawFont RawFontOf(const QFont& font) {
+  if (font.underline() || font.strikeOut() || font.overline() || font.pixelSize() <= 0) return {};
+  static QHash<QFont, QRawFont> bases;
+  QFont baseFont(font);
+  baseFont.setPixelSize(kOrdinaryTextPixels);
+  auto it = bases.find(baseFont);
+  if (it == bases.end()) it = bases.insert(baseFont, QRawFont::fromFont(baseFont));
+  QRawFont raw = *it;
+  if (raw.isValid() && raw.pixelSize() != font.pixelSize()) raw.setPixelSize(font.pixelSize());
+  return raw;
+}
+
+}  // namespace
+
+void KeptText::SetFont(const QFont& font) {
+  font_ = font;
+  face_ = nullptr;
+}
+
+// Found when first drawn: a label's font changes several times while its
+// properties are set, and only the last one is ever drawn.
+KeptText::Face& KeptText::FaceOf() const {
+  if (face_ == nullptr) {
+    // Fonts compare and hash by what they ask for, much cheaper than
+    // building their key strings.
+    static QHash<QFont, std::shared_ptr<Face>> faces;
+    std::shared_ptr<Face>& face = faces[font_];
+    if (!face) {
+      face = std::make_shared<Face>();
+      face->font = font_;
+      face->raw = RawFontOf(font_);
+    }
+    face_ = face.get();
+  }
+  return *face_;
+}
+
+void KeptText::Draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QColor& colour,
+                   const QString& text, qreal ratio) const {
+  Face& face = FaceOf();
+  const Line& line = face.LineOf(text, painter.device());
+  const QPointF origin = Origin(rect, alignment, line.width);
+  if (font_.pixelSize() < kBigTextPixels) {
+    painter.setPen(colour);
+    for (const QGlyphRun& run : line.runs) painter.drawGlyphRun(origin, run);
+    return;
+  }
+  for (const PlacedGlyph& g : line.glyphs) painter.drawImage(TopLeft(origin, g), face.ImageOf(g, colour, ratio));
+}
+
+QRect KeptText::Ink(QPaintDevice* device, const QRect& rect, Qt::Alignment alignment, const QString& text) const {
+  const Line& line = FaceOf().LineOf(text, device);
+  const QPointF origin = Origin(rect, alignment, line.width);
+  QRect ink;
+  for (const PlacedGlyph& g : line.glyphs) ink |= QRect(TopLeft(origin, g), g.box.size());
+  // A pixel more each way: at a fractional pixel ratio an image's edge
+  // falls between two pixels.
+  return ink.isNull() ? ink : ink.adjusted(-1, -1, 1, 1);
+}
+
+}  // namespace tk
