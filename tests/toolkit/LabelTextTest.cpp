@@ -72,17 +72,6 @@ TEST(LabelText, SmallTextIsDrawnAsQtsOwnLabelDrawsIt) {
   }
 }
 
-TEST(LabelText, EveryNumberIsDrawnAsQtsOwnLabelDrawsIt) {
-  // Numbers are placed without a layout: every one a game shows, in the
-  // board's face and in a bold one, right-aligned so that the width counts.
-  for (const Case& c : {Case{"", 30, false, 2}, Case{"", 55, true, 2}}) {
-    for (int n = 0; n <= 90; ++n) {
-      const QString text = QString::number(n);
-      EXPECT_EQ(Differing(Ours(c, text), Qts(c, text)), 0) << n << " at " << c.size;
-    }
-  }
-}
-
 TEST(LabelText, LargeTextStaysWithinAPixelOfQtsOwn) {
   // From 65 pixels glyphs come from kept images placed on whole pixels;
   // only anti-aliased edges may differ from Qt's outline fill.
