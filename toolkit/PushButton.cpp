@@ -1,14 +1,68 @@
 #include "toolkit/PushButton.h"
 
+#include <QImage>
+#include <QPainter>
 #include <QPushButton>
+#include <QStyle>
+#include <QStyleOptionButton>
 
 #include "toolkit/Dispatch.h"
 #include "toolkit/Application.h"
 #include "toolkit/Font.h"
 
 namespace tk {
+namespace {
 
-PushButton::PushButton() : RectControl((UITrap(), EnsureGui(), new QPushButton)) {
+// A button that keeps an image of its last look and copies it while
+// nothing it shows has changed. A button lying inside a label is repainted
+// whenever the label is (RESET lies inside the called number, which
+// changes at every press), and the style's bevel, gradient and text cost
+// far more than a copy.
+class CachedButton : public QPushButton {
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    const qreal ratio = devicePixelRatioF();
+    // Everything the style draws from: the option's state, text and size,
+    // the font, the palette and the style sheet.
+    const Look look{option.state, option.features, option.text, size(), ratio, font().key(),
+                    palette().cacheKey(), styleSheet()};
+    if (!(look == look_) || image_.isNull()) {
+      image_ = QImage(size() * ratio, QImage::Format_ARGB32_Premultiplied);
+      image_.setDevicePixelRatio(ratio);
+      image_.fill(Qt::transparent);
+      QPainter p(&image_);
+      // What a painter on the widget itself would start with.
+      p.setFont(font());
+      p.setPen(palette().color(foregroundRole()));
+      p.setBrush(palette().brush(backgroundRole()));
+      p.setLayoutDirection(layoutDirection());
+      style()->drawControl(QStyle::CE_PushButton, &option, &p, this);
+      look_ = look;
+    }
+    QPainter(this).drawImage(0, 0, image_);
+  }
+
+ private:
+  struct Look {
+    QStyle::State state;
+    QStyleOptionButton::ButtonFeatures features;
+    QString text;
+    QSize size;
+    qreal ratio = 0;
+    QString font;
+    qint64 palette = 0;
+    QString sheet;
+    bool operator==(const Look&) const = default;
+  };
+  Look look_;
+  QImage image_;
+};
+
+}  // namespace
+
+PushButton::PushButton() : RectControl((UITrap(), EnsureGui(), new CachedButton)) {
   QPushButton* b = button();
   // Qt's own default-button logic acts only inside dialogs; the window binds
   // Return and Enter itself, so no button may grab them on focus.

@@ -63,7 +63,8 @@ int Stale(QWidget* top) {
   return stale;
 }
 
-// Each press repaints only what changed; what is then on the screen must be what a paint of the whole window
+// Each press repaints only what changed, and buttons copy their kept look;
+// what is then on the screen must be what a paint of the whole window
 // shows, or a part was left stale.
 TEST_F(PaintTest, AfterEachPressTheScreenShowsWhatAWholePaintWould) {
   Open({OrderA()});
@@ -73,8 +74,8 @@ TEST_F(PaintTest, AfterEachPressTheScreenShowsWhatAWholePaintWould) {
     if (i == 4) Tick();  // the flash's black, then white again at the next press
     EXPECT_EQ(Stale(top), 0) << "after press " << i + 1;
   }
-  // The switch's new caption must show, and the old one again when it is
-  // switched back.
+  // A button keeps an image of its look: the switch's new caption must
+  // still show, and the old one again when it is switched back.
   QWidget* caller = window->PushButton1()->Widget();
   const QImage off = caller->grab().toImage();
   window->PushButton1()->Push();
