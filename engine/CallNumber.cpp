@@ -1,9 +1,9 @@
 // One press of NEXT NUMBER: the heart of play.
+#include "engine/Colours.h"
 #include "engine/Module1.h"
 #include "toolkit/Application.h"
 #include "toolkit/MsgBox.h"
 #include "toolkit/Strings.h"
-#include "window/Colours.h"
 #include "window/Window1.h"
 
 using namespace Module1;

@@ -1,9 +1,9 @@
 // Starting a game: the window's opening, RESET, and the reset itself.
 #include "caller/CallTable.h"
+#include "engine/Colours.h"
 #include "engine/Module1.h"
 #include "toolkit/MsgBox.h"
 #include "toolkit/Strings.h"
-#include "window/Colours.h"
 #include "window/Window1.h"
 
 using namespace Module1;

@@ -5,12 +5,7 @@
 #include <QFileInfo>
 
 #include <memory>
-#include <thread>
 #include <vector>
-
-#ifdef CALLOQUIN_FONTCONFIG
-#include <fontconfig/fontconfig.h>
-#endif
 
 #include "toolkit/Exceptions.h"
 #include "toolkit/Style.h"
@@ -61,18 +56,8 @@ void EnsureGui() {
     // (Qt's writes once until the loop runs). Nothing here runs on GLib.
     // Left set: Qt's threads read the environment while it starts.
     if (!qEnvironmentVariableIsSet("QT_NO_GLIB")) qputenv("QT_NO_GLIB", "1");
-    // Fontconfig reads its configuration (some fifty XML files) at the
-    // first font asked for, several milliseconds that the window would wait
-    // for; read here on a thread of its own while Qt starts, and done by
-    // the time the application object is.
-#ifdef CALLOQUIN_FONTCONFIG
-    std::thread fontconfig([] { FcInit(); });
-#endif
     App() = gArgc != nullptr ? std::make_unique<QApplication>(*gArgc, gArgv)
                              : std::make_unique<QApplication>(gNoArgc, gNoArgv);
-#ifdef CALLOQUIN_FONTCONFIG
-    fontconfig.join();
-#endif
     QApplication::setApplicationName(QStringLiteral("Calloquin"));
     // Matches the desktop entry, so that a desktop shows its icon and name.
     QGuiApplication::setDesktopFileName(QStringLiteral(CALLOQUIN_APP_ID));

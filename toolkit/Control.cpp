@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <QtGlobal>
 
+#include "toolkit/Hook.h"
 #include "toolkit/QtRange.h"
 
 #include <utility>
@@ -14,20 +15,17 @@
 namespace tk {
 
 namespace {
-AccessibleObserver& Observer() {
-  static AccessibleObserver observer;
-  return observer;
-}
+constinit Hook<AccessibleObserver> observer;
 
 void Tell(const RectControl& control, QAccessible::Event type, AccessibleChange change) {
   QAccessibleEvent event(control.Widget(), type);
   QAccessible::updateAccessibility(&event);
-  if (Observer()) Observer()(control, change);
+  if (observer) observer(control, change);
 }
 }  // namespace
 
-AccessibleObserver SetAccessibleObserver(AccessibleObserver observer) {
-  return std::exchange(Observer(), std::move(observer));
+AccessibleObserver SetAccessibleObserver(AccessibleObserver replacement) {
+  return observer.Set(std::move(replacement));
 }
 
 RectControl::RectControl(QWidget* widget) : widget_(widget) {}
@@ -115,7 +113,7 @@ void RectControl::Announce([[maybe_unused]] const String& text) {
   QAccessibleAnnouncementEvent event(widget_, QString::fromStdString(text));
   event.setPoliteness(QAccessible::AnnouncementPoliteness::Polite);
   QAccessible::updateAccessibility(&event);
-  if (Observer()) Observer()(*this, AccessibleChange::Announcement);
+  if (observer) observer(*this, AccessibleChange::Announcement);
 #endif
 }
 

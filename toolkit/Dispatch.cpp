@@ -8,6 +8,7 @@
 #include <typeinfo>
 #include <utility>
 
+#include "toolkit/Hook.h"
 #include "toolkit/ModalDialog.h"
 
 namespace tk {
@@ -31,23 +32,20 @@ void DefaultReporter(const FailureReport& report) {
   }
 }
 
-FailureReporter& Reporter() {
-  static FailureReporter reporter;
-  return reporter;
-}
+constinit Hook<FailureReporter> reporter;
 
 }  // namespace
 
 void UnhandledException(const FailureReport& report) {
-  if (Reporter()) {
-    Reporter()(report);
+  if (reporter) {
+    reporter(report);
   } else {
     DefaultReporter(report);
   }
 }
 
-FailureReporter SetFailureReporter(FailureReporter reporter) {
-  return std::exchange(Reporter(), std::move(reporter));
+FailureReporter SetFailureReporter(FailureReporter replacement) {
+  return reporter.Set(std::move(replacement));
 }
 
 bool RunReportingFailures(const std::function<void()>& body) {

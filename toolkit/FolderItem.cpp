@@ -5,6 +5,7 @@
 
 #include "toolkit/Application.h"
 #include "toolkit/FailureCause.h"
+#include "toolkit/Hook.h"
 
 namespace fs = std::filesystem;
 
@@ -23,10 +24,7 @@ constexpr const char* kLayoutAdvice =
     "installing it again puts them back in place.";
 #endif
 
-ExecutableFileSource& Source() {
-  static ExecutableFileSource source;
-  return source;
-}
+constinit Hook<ExecutableFileSource> source;
 
 }  // namespace
 
@@ -54,8 +52,8 @@ Opened<Sound> FolderItem::OpenAsSound() const { return OpenSound(path_); }
 
 std::shared_ptr<FolderItem> ExecutableFile() {
   std::shared_ptr<FolderItem> item;
-  if (Source()) {
-    item = Source()();
+  if (source) {
+    item = source();
   } else if (const String path = ExecutableFilePath(); !path.empty()) {
     item = std::make_shared<FolderItem>(path);
   }
@@ -86,8 +84,8 @@ std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void(const Failu
   return item->Child("Resources");
 }
 
-ExecutableFileSource SetExecutableFileSource(ExecutableFileSource source) {
-  return std::exchange(Source(), std::move(source));
+ExecutableFileSource SetExecutableFileSource(ExecutableFileSource replacement) {
+  return source.Set(std::move(replacement));
 }
 
 }  // namespace tk

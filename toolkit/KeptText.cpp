@@ -77,7 +77,7 @@ struct KeptText::Face {
     // must not make the table grow without end.
     if (lines.size() >= kMaxLines) lines.clear();
     Line line;
-    if (!PlaceDigits(text, line)) LayOut(text, device, line);
+    LayOut(text, device, line);
     if (font.pixelSize() >= kBigTextPixels) {
       for (const QGlyphRun& run : line.runs) {
         const int font = RawIndex(run.rawFont());
@@ -103,33 +103,6 @@ struct KeptText::Face {
       line.width = textLine.naturalTextWidth();
       line.runs = textLine.glyphRuns();
     }
-  }
-
-  // Numbers, most of what a game shows, need no shaping: the face's
-  // digits stand side by side at their advances, where a layout would put
-  // them too (checked against Qt's own label for every number). Qt's
-  // layout costs its text engine and harfbuzz for each new text.
-  bool PlaceDigits(const QString& text, Line& line) const {
-    if (!raw.isValid() || text.isEmpty()) return false;
-    for (const QChar c : text) {
-      if (c < u'0' || c > u'9') return false;
-    }
-    const QList<quint32> glyphs = raw.glyphIndexesForString(text);
-    if (glyphs.size() != text.size() || glyphs.contains(0)) return false;  // a fallback font's
-    const QList<QPointF> advances = raw.advancesForGlyphIndexes(glyphs);
-    QList<QPointF> positions;
-    QPointF at(0, raw.ascent());
-    for (const QPointF& advance : advances) {
-      positions.push_back(at);
-      at.rx() += advance.x();
-    }
-    QGlyphRun run;
-    run.setRawFont(raw);
-    run.setGlyphIndexes(glyphs);
-    run.setPositions(positions);
-    line.width = at.x();
-    line.runs = {run};
-    return true;
   }
 
   int RawIndex(const QRawFont& raw) {

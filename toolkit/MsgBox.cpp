@@ -6,16 +6,14 @@
 
 #include <utility>
 
+#include "toolkit/Hook.h"
 #include "toolkit/ModalDialog.h"
 #include "toolkit/UITrap.h"
 
 namespace tk {
 namespace {
 
-MsgBoxAnswerer& Answerer() {
-  static MsgBoxAnswerer answerer;
-  return answerer;
-}
+constinit Hook<MsgBoxAnswerer> answerer;
 
 Integer ShowDialog(const String& text, Integer style, const String& title) {
   QMessageBox box(QApplication::activeWindow());
@@ -50,12 +48,12 @@ Integer ShowDialog(const String& text, Integer style, const String& title) {
 
 Integer MsgBox(const String& text, Integer style, const String& title) {
   UITrap();
-  if (Answerer()) return Answerer()(text, style, title);
+  if (answerer) return answerer(text, style, title);
   return ShowDialog(text, style, title);
 }
 
-MsgBoxAnswerer SetMsgBoxAnswerer(MsgBoxAnswerer answerer) {
-  return std::exchange(Answerer(), std::move(answerer));
+MsgBoxAnswerer SetMsgBoxAnswerer(MsgBoxAnswerer replacement) {
+  return answerer.Set(std::move(replacement));
 }
 
 }  // namespace tk

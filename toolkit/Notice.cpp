@@ -7,13 +7,12 @@
 
 #include <utility>
 
+#include "toolkit/Hook.h"
+
 namespace tk {
 namespace {
 
-NoticeShower& Shower() {
-  static NoticeShower shower;
-  return shower;
-}
+constinit Hook<NoticeShower> shower;
 
 // The window the notice belongs to: the active one, else the first shown.
 QWidget* Owner() {
@@ -36,7 +35,7 @@ void ShowBox(const QString& text, const QString& informative) {
 }  // namespace
 
 void ShowNotice(const String& text, const String& informative) {
-  if (Shower()) return Shower()(text, informative);
+  if (shower) return shower(text, informative);
   auto* app = qobject_cast<QApplication*>(QCoreApplication::instance());
   if (app == nullptr || QGuiApplication::platformName() == QLatin1String("offscreen")) return;
   // Shown from the event loop, not inside whatever asked for it: the notice
@@ -46,6 +45,6 @@ void ShowNotice(const String& text, const String& informative) {
       Qt::QueuedConnection);
 }
 
-NoticeShower SetNoticeShower(NoticeShower shower) { return std::exchange(Shower(), std::move(shower)); }
+NoticeShower SetNoticeShower(NoticeShower replacement) { return shower.Set(std::move(replacement)); }
 
 }  // namespace tk

@@ -14,6 +14,7 @@
 #endif
 
 #include "toolkit/Exceptions.h"
+#include "toolkit/Hook.h"
 
 namespace tk {
 namespace {
@@ -53,19 +54,16 @@ class SystemEntropy final : public EntropySource {
   std::size_t next_ = buffer_.size();
 };
 
-Random::SourceFactory& Factory() {
-  static Random::SourceFactory factory;
-  return factory;
-}
+constinit Hook<Random::SourceFactory> factory;
 
 }  // namespace
 
 std::unique_ptr<EntropySource> MakeSystemEntropy() { return std::make_unique<SystemEntropy>(); }
 
-Random::Random() : source_(Factory() ? Factory()() : MakeSystemEntropy()) {}
+Random::Random() : source_(factory ? factory() : MakeSystemEntropy()) {}
 
-Random::SourceFactory Random::SetSourceFactory(SourceFactory factory) {
-  return std::exchange(Factory(), std::move(factory));
+Random::SourceFactory Random::SetSourceFactory(SourceFactory replacement) {
+  return factory.Set(std::move(replacement));
 }
 
 Integer Random::InRange(Integer min, Integer max) {

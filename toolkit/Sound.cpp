@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 
 #include "toolkit/FailureCause.h"
+#include "toolkit/Hook.h"
 #include "toolkit/Notice.h"
 
 #include <cstdio>
@@ -180,10 +181,7 @@ bool MixerReady() {
   return ready;
 }
 
-SoundOpener& Opener() {
-  static SoundOpener opener;
-  return opener;
-}
+constinit Hook<SoundOpener> opener;
 
 }  // namespace
 
@@ -213,8 +211,8 @@ Opened<Sound> OpenMixerSound(const String& path) {
 
 void SetMixerLibrary(const char* name) { LibraryNames() = {name}; }
 
-SoundOpener SetSoundOpener(SoundOpener opener) { return std::exchange(Opener(), std::move(opener)); }
+SoundOpener SetSoundOpener(SoundOpener replacement) { return opener.Set(std::move(replacement)); }
 
-Opened<Sound> OpenSound(const String& path) { return Opener() ? Opener()(path) : OpenMixerSound(path); }
+Opened<Sound> OpenSound(const String& path) { return opener ? opener(path) : OpenMixerSound(path); }
 
 }  // namespace tk

@@ -1,7 +1,7 @@
 #include "window/Accessibility.h"
 
+#include "engine/Colours.h"
 #include "toolkit/Strings.h"
-#include "window/Colours.h"
 #include "window/Window1.h"
 
 namespace {

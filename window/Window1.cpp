@@ -1,10 +1,10 @@
 #include "window/Window1.h"
 
+#include "engine/Colours.h"
 #include "shell/BingoOuter1.h"
 #include "shell/MainMenuBar.h"
 #include "toolkit/PropertyStream.h"
 #include "window/Accessibility.h"
-#include "window/Colours.h"
 #include "window/LayoutData.h"
 #include "window/Window1_n1.h"
 #include "window/Window1_wrapper_Timer1.h"

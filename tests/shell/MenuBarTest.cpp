@@ -70,7 +70,7 @@ TEST_F(MenuBarTest, EditCommandsAndTheirShortcutsChangeNothing) {
   const Snapshot before = Look();
   for (const tables::MenuRow& row : tables::kMenu) {
     if (row.parent != "EditMenu") continue;
-    QAction* action = window->EditMenu()->Child(tk::String(row.name))->_Shown().at(0);
+    QAction* action = ImplicitMainMenuBar().Child("EditMenu")->Child(tk::String(row.name))->_Shown().at(0);
     QSignalSpy fired(action, &QAction::triggered);
     action->trigger();
     for (const char* button : {"PushButton1", "PushButton2", "PushButton3"}) {
