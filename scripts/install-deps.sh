@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(
   # build
-  g++ make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-mixer-dev libpng-dev libfontconfig-dev libgtest-dev
+  g++ make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-mixer-dev libpng-dev libgtest-dev
   # the voice clips and the backdrop, made at build time
   festival festvox-us-slt-hts lame sox ffmpeg
   # a font for offscreen rendering, and the tests through a real X server
