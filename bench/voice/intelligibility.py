@@ -8,8 +8,8 @@ against a grammar that allows any call of the table followed by the number in
 any of the forms a caller might use ("number sixty seven", "six and seven
 sixty seven", "on its own number seven", "three and oh thirty"), so the same
 grammar scores today's clips and the hall-style ones. A number is heard right
-when the hypothesis, after its call, holds that number in one or more of its
-forms and no other number.
+when the hypothesis, after its call, holds that number in each of its forms
+("six and seven sixty six" is wrong) and no other number.
 
 Babble is six other clips at once, each started at a random point and looped
 to the target's length, set against the target's RMS at +5 dB and 0 dB.
@@ -78,6 +78,15 @@ def spoken(n):
     return [TENS[tens - 2]] + ([UNITS[unit - 1]] if unit else [])
 
 
+def hall(n):
+    """n the hall's way: "on its own number seven", "six and seven sixty seven",
+    "three and oh thirty"; the teens too ("one and two twelve")."""
+    if n < 10:
+        return ["on", "its", "own", "number"] + spoken(n)
+    tens, unit = divmod(n, 10)
+    return [UNITS[tens - 1], "and", UNITS[unit - 1] if unit else "oh"] + spoken(n)
+
+
 def read_calls(table):
     """The 90 calls, parsed as make-clips.sh does: glue the literals, split at ','."""
     text = open(table, encoding="utf-8").read()
@@ -111,19 +120,24 @@ def load_dict():
 
 
 def grammar(calls):
-    """The JSGF: a call, then one or more number phrases."""
+    """The JSGF: a call, then the number in one of its spoken forms."""
     def alt(items):
         return " | ".join(items)
     n_words = [" ".join(spoken(n)) for n in range(1, 91)]
     call_alts = [" ".join(c) for c in calls if c]
+    hall_forms = [" ".join(hall(n)) for n in range(1, 91)]
     return "\n".join([
         "#JSGF V1.0;",
         "grammar clip;",
         f"<call> = {alt(sorted(set(call_alts)))};",
         f"<n> = {alt(n_words)};",
         f"<digit> = {alt(UNITS)};",
-        "<phrase> = number <n> | <n> | <digit> and (<digit> | oh) | on its own;",
-        "public <clip> = <call> <phrase>+;",
+        # One number per clip, in one of the forms a caller uses, the hall's
+        # two forms agreeing with each other: a free run of numbers lets the
+        # recogniser write the babble's numbers in too, where a player knows
+        # that one number is called at a time and how it is said.
+        f"<number> = number <n> | {alt(hall_forms)};",
+        "public <clip> = <call> <number>;",
         "",
     ])
 
