@@ -119,7 +119,7 @@ def load_dict():
     return words
 
 
-def grammar(calls):
+def grammar(calls, forms="all"):
     """The JSGF: a call, then the number in one of its spoken forms."""
     def alt(items):
         return " | ".join(items)
@@ -136,7 +136,7 @@ def grammar(calls):
         # two forms agreeing with each other: a free run of numbers lets the
         # recogniser write the babble's numbers in too, where a player knows
         # that one number is called at a time and how it is said.
-        f"<number> = number <n> | {alt(hall_forms)};",
+        f"<number> = number <n> | {alt(hall_forms)};" if forms == "all" else "<number> = number <n>;",
         "public <clip> = <call> <number>;",
         "",
     ])
@@ -266,6 +266,8 @@ def main():
     ap.add_argument("--mixes", type=int, default=3)
     ap.add_argument("--seed", default="calloquin")
     ap.add_argument("--jobs", type=int, default=2)
+    ap.add_argument("--forms", choices=("all", "number"), default="all",
+                    help="number: only \"number N\" in the grammar (today's clips' one form)")
     ap.add_argument("--verbose", action="store_true", help="print every miss")
     args = ap.parse_args()
 
@@ -276,7 +278,7 @@ def main():
         words = call_words(c)
         dropped |= {w for w in words if w not in known}
         calls.append([w for w in words if w in known])
-    jsgf = grammar(calls)
+    jsgf = grammar(calls, args.forms)
     print(f"words given phones by hand: {', '.join(sorted(EXTRA_WORDS))}")
     print(f"words dropped (not in the dictionary): {', '.join(sorted(dropped)) or 'none'}")
 
