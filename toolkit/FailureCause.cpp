@@ -16,14 +16,15 @@ constexpr const char* kFileAdvice = "Installing Calloquin again puts its files b
 
 }  // namespace
 
-FailureCause FileCause(const String& path, const String& verb, const String& why, const String& detail) {
+FailureCause FileCause(const String& path, const String& verb, const String& why, const String& detail,
+                       const char* advice) {
   const std::filesystem::path p(path);
   String ext = p.extension().string();
   for (char& c : ext) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
   const bool sound = ext == ".mp3" || ext == ".wav" || ext == ".ogg";
   const char* kind = sound ? "sound file" : ext == ".png" ? "picture" : "file";
   return {String("The ") + kind + " " + p.filename().string() + " could not be " + verb, why,
-          p.parent_path().string(), sound ? kSoundAdvice : kFileAdvice, detail};
+          p.parent_path().string(), advice != nullptr ? advice : sound ? kSoundAdvice : kFileAdvice, detail};
 }
 
 std::optional<String> WhyUnreadable(const String& path) {

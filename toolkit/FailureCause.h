@@ -22,8 +22,10 @@ struct FailureCause {
 };
 
 // The cause of a file that can't be had, worded by the kind its name shows
-// (a sound file, a picture, a file), with the advice that fits that kind.
-FailureCause FileCause(const String& path, const String& verb, const String& why, const String& detail = {});
+// (a sound file, a picture, a file), with the advice that fits that kind
+// unless other advice is given.
+FailureCause FileCause(const String& path, const String& verb, const String& why, const String& detail = {},
+                       const char* advice = nullptr);
 
 // Why the file at path can't be read, in words for the operator (no such
 // file, its folder missing, no permission, empty); nothing when it can.

@@ -193,9 +193,7 @@ Opened<Sound> OpenMixerSound(const String& path) {
     if (Api() == nullptr) {
       // No clip at all can be played: a clip that counted as opened would
       // be a voice that is silently missing.
-      FailureCause cause = FileCause(path, "played", "the sound library SDL2_mixer is not installed", LoadError());
-      cause.advice = kNoMixerAdvice;
-      return cause;
+      return FileCause(path, "played", "the sound library SDL2_mixer is not installed", LoadError(), kNoMixerAdvice);
     }
     return std::make_shared<SilentSound>();
   }
