@@ -15,11 +15,18 @@ namespace {
 
 // Memory the process holds, in kB: the peak resident size, or under the
 // sanitizer, which keeps freed memory back on purpose, what is allocated.
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__)  // GCC's word for it
+#define SOAK_UNDER_ASAN 1
+#elif defined(__has_feature)  // clang's
+#if __has_feature(address_sanitizer)
+#define SOAK_UNDER_ASAN 1
+#endif
+#endif
+#if defined(SOAK_UNDER_ASAN)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // the sanitizer's runtime has it
 #endif
 long HeldKb() {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(SOAK_UNDER_ASAN)
   return static_cast<long>(__sanitizer_get_current_allocated_bytes() / 1024);
 #else
   std::ifstream status("/proc/self/status");
