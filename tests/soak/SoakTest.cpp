@@ -14,27 +14,18 @@ namespace voicetest {
 namespace {
 
 // Memory the process holds, in kB: the peak resident size, or under the
-// sanitizer, which keeps freed memory back on purpose, what is allocated.
-#if defined(__SANITIZE_ADDRESS__)  // GCC's word for it
-#define SOAK_UNDER_ASAN 1
-#elif defined(__has_feature)  // clang's
-#if __has_feature(address_sanitizer)
-#define SOAK_UNDER_ASAN 1
-#endif
-#endif
-#if defined(SOAK_UNDER_ASAN)
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // the sanitizer's runtime has it
-#endif
+// sanitizer, which keeps freed memory back on purpose, what is allocated
+// (its runtime, when linked in, has the call).
+extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
 long HeldKb() {
-#if defined(SOAK_UNDER_ASAN)
-  return static_cast<long>(__sanitizer_get_current_allocated_bytes() / 1024);
-#else
+  if (__sanitizer_get_current_allocated_bytes != nullptr) {
+    return static_cast<long>(__sanitizer_get_current_allocated_bytes() / 1024);
+  }
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
     if (line.rfind("VmHWM:", 0) == 0) return std::stol(line.substr(6));
   }
   return -1;
-#endif
 }
 
 using SoakTest = VoiceTest;
