@@ -5,16 +5,14 @@
 set -euo pipefail
 
 packages=(
-  # build
-  g++ make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-mixer-dev libpng-dev libgtest-dev
+  # build: clang, also for the sanitizers and the fuzzer's libFuzzer
+  clang libclang-rt-dev make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-mixer-dev libpng-dev libgtest-dev
   # the voice clips and the backdrop, made at build time
   festival festvox-us-slt-hts lame sox ffmpeg
   # a font for offscreen rendering, and the tests through a real X server
   fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
   # what a screen reader hears, read off a private accessibility bus
   dbus-daemon at-spi2-core python3-pyatspi
-  # the property-stream fuzzer: clang and its libFuzzer and sanitizer runtimes
-  clang libclang-rt-dev
   # the .deb, Debian's checks of it, and the checks of its desktop entry and
   # AppStream metainfo
   dpkg-dev file lintian desktop-file-utils appstream
