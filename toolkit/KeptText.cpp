@@ -13,8 +13,6 @@
 #include <memory>
 #include <vector>
 
-#include "toolkit/Control.h"
-
 namespace tk {
 namespace {
 
