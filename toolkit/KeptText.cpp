@@ -13,8 +13,6 @@
 #include <memory>
 #include <vector>
 
-#include "toolkit/Control.h"
-
 namespace tk {
 namespace {
 
@@ -62,14 +60,11 @@ QPointF Origin(const QRect& rect, Qt::Alignment alignment, qreal width) {
 struct KeptText::Face {
   static constexpr qsizetype kMaxLines = 1000;
   QFont font;
-  QRawFont raw;  // the font's own face at its size, made without fontconfig
   std::vector<QRawFont> raws;
   QHash<QString, Line> lines;
   QHash<ImageKey, QImage> images;
 
-  // Laid out for the device it is drawn on, as drawText would, in the
-  // face made here for the font's size (Qt still finds fallback fonts for
-  // characters that face lacks).
+  // Laid out for the device it is drawn on, as drawText would.
   const Line& LineOf(const QString& text, QPaintDevice* device) {
     auto it = lines.constFind(text);
     if (it != lines.constEnd()) return *it;
@@ -94,7 +89,6 @@ struct KeptText::Face {
 
   void LayOut(const QString& text, QPaintDevice* device, Line& line) const {
     QTextLayout layout(text, font, device);
-    if (raw.isValid()) layout.setRawFont(raw);
     layout.beginLayout();
     QTextLine textLine = layout.createLine();
     if (textLine.isValid()) textLine.setLineWidth(std::numeric_limits<int>::max() / 256);
@@ -132,25 +126,6 @@ struct KeptText::Face {
   }
 };
 
-namespace {
-
-// Qt asks fontconfig how to render each new size of a font (about a third
-// of a millisecond each time, and the window uses eight). One size per
-// face is made that way, the others from it with the same settings.
-QRawFont RawFontOf(const QFont& font) {
-  if (font.underline() || font.strikeOut() || font.overline() || font.pixelSize() <= 0) return {};
-  static QHash<QFont, QRawFont> bases;
-  QFont baseFont(font);
-  baseFont.setPixelSize(kOrdinaryTextPixels);
-  auto it = bases.find(baseFont);
-  if (it == bases.end()) it = bases.insert(baseFont, QRawFont::fromFont(baseFont));
-  QRawFont raw = *it;
-  if (raw.isValid() && raw.pixelSize() != font.pixelSize()) raw.setPixelSize(font.pixelSize());
-  return raw;
-}
-
-}  // namespace
-
 void KeptText::SetFont(const QFont& font) {
   font_ = font;
   face_ = nullptr;
@@ -167,7 +142,6 @@ KeptText::Face& KeptText::FaceOf() const {
     if (!face) {
       face = std::make_shared<Face>();
       face->font = font_;
-      face->raw = RawFontOf(font_);
     }
     face_ = face.get();
   }

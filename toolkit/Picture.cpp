@@ -7,12 +7,8 @@
 #include <QImage>
 #include <QPixmap>
 
-#include <png.h>
-
 #include <cmath>
-#include <cstdio>
 #include <future>
-#include <vector>
 
 #include "toolkit/Application.h"
 #include "toolkit/FolderItem.h"
@@ -64,59 +60,8 @@ QSize PngSize(const QString& path) {
   return QSize(static_cast<int>(width), static_cast<int>(height));
 }
 
-// libpng reports a broken file by a jump back into DecodePng; its message
-// is not needed (the window then just has no backdrop), nor its warnings.
-void PngFailed(png_structp png, png_const_charp) { png_longjmp(png, 1); }
-void PngWarned(png_structp, png_const_charp) {}
-
 // The pixels of a PNG file, or a null image when they can't be read.
-// Decoded by libpng itself: Qt's image reader, even told the format, first
-// loads every image-format plugin it finds (gif, ico, jpeg and their
-// libraries) to ask whether it reads PNG, and the loader's lock then holds
-// up the window's thread too.
-QImage DecodePng(const QString& path) {
-  FILE* file = std::fopen(QFile::encodeName(path).constData(), "rb");
-  if (file == nullptr) return {};
-  png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, PngFailed, PngWarned);
-  png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
-  // Made before the jump point, so that a jump back leaves them whole.
-  QImage image;
-  std::vector<png_bytep> rows;
-  volatile bool ok = false;
-  if (info != nullptr && setjmp(png_jmpbuf(png)) == 0) {
-    png_init_io(png, file);
-#ifdef PNG_IGNORE_ADLER32
-    // Each chunk's CRC still guards the data; zlib's own sum over the
-    // inflated pixels would cost an eighth of the decoding.
-    png_set_option(png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
-#endif
-    png_read_info(png, info);
-    // Any PNG becomes 8-bit RGB or RGBA, which libpng hands over as they
-    // are stored; Qt's own conversion to its 32-bit pixels is several
-    // times faster than libpng's.
-    png_set_expand(png);
-    png_set_strip_16(png);
-    png_set_gray_to_rgb(png);
-    png_read_update_info(png, info);
-    const bool alpha = png_get_channels(png, info) == 4;
-    image = QImage(static_cast<int>(png_get_image_width(png, info)), static_cast<int>(png_get_image_height(png, info)),
-                   alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
-    if (!image.isNull()) {
-      rows.resize(static_cast<size_t>(image.height()));
-      for (int y = 0; y < image.height(); ++y) rows[static_cast<size_t>(y)] = image.scanLine(y);
-      png_read_image(png, rows.data());
-      png_read_end(png, nullptr);
-      ok = true;
-    }
-  }
-  png_destroy_read_struct(&png, &info, nullptr);
-  std::fclose(file);
-  if (!ok) return {};
-  // An opaque picture becomes RGB32, as Qt's reader would make it, so that
-  // it is copied rather than blended onto the window.
-  const QImage::Format format = image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32;
-  return std::move(image).convertToFormat(format);
-}
+QImage DecodePng(const QString& path) { return QImage(path, "PNG"); }
 
 // The header alone says whether the file is a picture and how big; the
 // backdrop's pixels take milliseconds to inflate, which a worker thread

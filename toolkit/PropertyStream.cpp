@@ -189,24 +189,10 @@ std::uint64_t ReadLe(const std::uint8_t* p, int count) {
 namespace {
 
 // Property names are ASCII and matched without regard to case.
-char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-
-bool SameName(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (a[i] != b[i] && AsciiLower(a[i]) != AsciiLower(b[i])) return false;
-  }
-  return true;
-}
-
-// Every control's stream is looked up here, property by property, at each
-// start: a comparison inline and mostly of equal bytes, not the runtime's
-// general one.
 const Property* FindIn(const PropertyClass* cls, std::string_view name) {
-  if (name.empty()) return nullptr;
   for (; cls != nullptr; cls = cls->base) {
     for (const Property& p : cls->rows) {
-      if (SameName(p.name, name)) return &p;
+      if (RuntimeStringCompare(p.name, name) == 0) return &p;
     }
   }
   return nullptr;
