@@ -1,7 +1,5 @@
 #include "tests/game/GameFixture.h"
 
-#include <algorithm>
-
 #include "engine/Module1.h"
 
 namespace testgame {
@@ -20,18 +18,6 @@ std::uint64_t ScriptedEntropy::Next64() {
   const std::uint64_t w = words.front();
   words.pop_front();
   return w;
-}
-
-std::vector<tk::Integer> OrderA() {
-  std::vector<tk::Integer> order;
-  for (tk::Integer i = 0; i < 90; ++i) order.push_back((i * 37) % 90 + 1);  // 37 is prime to 90
-  return order;
-}
-
-std::vector<tk::Integer> OrderB() {
-  std::vector<tk::Integer> order = OrderA();
-  std::rotate(order.begin(), order.begin() + 1, order.end());
-  return order;
 }
 
 tk::Integer GameTest::Answer(const tk::String& text, tk::Integer style, const tk::String& title) {

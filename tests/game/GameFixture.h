@@ -4,6 +4,7 @@
 // instead of shown, and the draw can be dictated as a list of numbers.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <deque>
 #include <memory>
 #include <set>
@@ -46,9 +47,18 @@ struct ScriptedEntropy : tk::EntropySource {
   std::uint64_t Next64() override;
 };
 
-// 1..90 in a fixed, scrambled order, and the same order shifted by one.
-std::vector<tk::Integer> OrderA();
-std::vector<tk::Integer> OrderB();
+// 1..90 in a fixed, scrambled order (37 is prime to 90), and the same
+// order shifted by one.
+inline std::vector<tk::Integer> OrderA() {
+  std::vector<tk::Integer> order;
+  for (tk::Integer i = 0; i < 90; ++i) order.push_back((i * 37) % 90 + 1);
+  return order;
+}
+inline std::vector<tk::Integer> OrderB() {
+  std::vector<tk::Integer> order = OrderA();
+  std::rotate(order.begin(), order.begin() + 1, order.end());
+  return order;
+}
 
 class GameTest : public ::testing::Test {
  protected:

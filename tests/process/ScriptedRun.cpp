@@ -31,12 +31,10 @@ int main(int argc, char** argv) {
   QTimer presser;
   QObject::connect(&presser, &QTimer::timeout, [&] {
     ++presses;
-    // The request comes from the event loop once the press is done, or
-    // while its question stands, and is sent at once, as the platform sends
-    // its termination request. (A Quit posted here would wait for the
-    // question's end: Qt keeps a posted quit for the loop it was posted in.)
-    // Pressing goes on after it: a refused quit plays the game out to its
-    // question.
+    // Sent at once from the event loop after the press, or while its
+    // question stands, as the platform sends its termination request (a
+    // posted Quit would wait for the question's loop to end). Pressing goes
+    // on after it: a refused quit plays the game out to its question.
     if (presses == quitWith) {
       std::printf("quit requested with press %d\n", presses);
       QTimer::singleShot(0, [] {

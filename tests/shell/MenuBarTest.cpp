@@ -25,12 +25,7 @@ using MenuBarTest = GameTest;
 // that it is visible and enabled) by the item's own action.
 TEST_F(MenuBarTest, TheWindowShowsEveryMenuRowInOrder) {
   Open();
-  struct Shown {
-    tk::String parent;
-    const tk::MenuItem* item;
-    QAction* action;
-  };
-  std::vector<Shown> shown;
+  std::vector<std::tuple<tk::String, const tk::MenuItem*, QAction*>> shown;  // parent, item, its action
   const tk::MenuBar& bar = ImplicitMainMenuBar();
   const QList<QAction*> menus = window->TopLevel()->menuBar()->actions();
   ASSERT_EQ(menus.size(), bar.Count()) << "the bar was built more than once, or not shown";

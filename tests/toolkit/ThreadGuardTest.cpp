@@ -26,10 +26,8 @@ TEST(ThreadGuard, WidgetsMenusAndDialogsRefuseAThreadAndStayAsTheyWere) {
   tk::Window window;
   tk::MenuBar bar;
   bool asked = false;
-  const tk::ScopedHook answerer(tk::SetMsgBoxAnswerer, [&](const tk::String&, tk::Integer, const tk::String&) {
-    asked = true;
-    return tk::kAnswerYes;
-  });
+  const tk::ScopedHook answerer(tk::SetMsgBoxAnswerer,
+                                [&](const tk::String&, tk::Integer, const tk::String&) { return asked = true, tk::kAnswerYes; });
   const auto widgets = QApplication::allWidgets().size();
 
   for (const auto& work : std::initializer_list<std::function<void()>>{

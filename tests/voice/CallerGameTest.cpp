@@ -17,7 +17,7 @@ TEST_F(CallerGameTest, ChainMatchesTheLabelTextExactly) {
 
 TEST_F(CallerGameTest, SwitchFlipsAndKeepsItsStateThroughResetAndNewGame) {
   PressNext(90);
-  EXPECT_EQ(lookups_, 0) << "off all game: no clip looked for";
+  EXPECT_EQ(bundle_.lookups, 0) << "off all game: no clip looked for";
   using State = std::pair<std::string, bool>;
   const auto state = [this] { return State(window_.PushButton1()->Caption(), Module1::Bingo_Caller); };
   EXPECT_EQ(state(), (State{"BINGO CALLER - OFF", false}));

@@ -52,7 +52,7 @@ class VoiceTest : public ::testing::Test {
     static bool processUsed = false;
     if (std::exchange(processUsed, true)) GTEST_SKIP() << "needs fresh clip members: run it alone (ctest does)";
     window_.Constructor();
-    lookups_ = 0;  // the backdrop's, while the window was built; the clips' are counted
+    bundle_.lookups = 0;  // the backdrop's, while the window was built; the clips' are counted
   }
 
   fs::path Resources() const { return bundle_.resources; }
@@ -73,9 +73,6 @@ class VoiceTest : public ::testing::Test {
   void PressCaller() { window_.PushButton1()->Push(); }
 
   TempBundle bundle_;
-  fs::path& root_ = bundle_.root;
-  std::shared_ptr<tk::FolderItem>& executable_ = bundle_.executable;
-  int& lookups_ = bundle_.lookups;
   Window1 window_;
   bool realFiles_ = false;
   std::vector<std::string> opened_, played_;
