@@ -32,7 +32,9 @@ pause=0.35
 gap=0.15
 # The number against the call: its loudness in dB.
 lift=0
-# What shapes the joined clip for a noisy room, as sox effects (none yet).
+# The number's pace against the call's (a tempo factor: under 1 is slower).
+pace=1
+# What shapes each spoken part for a noisy room, as sox effects (none yet).
 polish=
 # The longest a clip may be, in seconds; a longer call is spoken faster.
 longest=4.4
@@ -142,7 +144,8 @@ trim() {
 
 # The voice doesn't speak its utterances equally loud ("Number" comes out
 # some 10 dB above most calls), so each part is levelled on its own first,
-# the number's two parts $lift dB over the call, and the joined clip once
+# the call $lift dB under the number's two parts (the number is what must
+# carry; the parts stay below full scale), and the joined clip once
 # more as a whole, which is what the ear compares from one number to the
 # next.
 clip() {
@@ -150,6 +153,19 @@ clip() {
   for part in call lead number; do
     trim "$work/$part$k.wav" "$work/$part$k-t.wav"
   done
+  # shellcheck disable=SC2086 # $polish is a list of effects
+  if [ -n "$polish" ]; then
+    for part in call lead number; do
+      sox -D "$work/$part$k-t.wav" "$work/$part$k-p.wav" $polish
+      mv -f "$work/$part$k-p.wav" "$work/$part$k-t.wav"
+    done
+  fi
+  if [ "$pace" != 1 ]; then
+    for part in lead number; do
+      sox -D "$work/$part$k-t.wav" "$work/$part$k-p.wav" tempo -s "$pace"
+      mv -f "$work/$part$k-p.wav" "$work/$part$k-t.wav"
+    done
+  fi
   # A clip longer than the limit has its call spoken faster, by as much as
   # it needs: the number keeps its pace.
   tempo=$(soxi -D "$work/call$k-t.wav" "$work/lead$k-t.wav" "$work/number$k-t.wav" \
@@ -157,16 +173,23 @@ clip() {
         NR == 1 { c = $1 } NR > 1 { n += $1 }
         END { t = c / (l - p - g - n); if (t > 1) printf "tempo -s %.3f", t }')
   # shellcheck disable=SC2086 # $tempo is an effect and its argument, or none
-  level 3 0 "$work/call$k-t.wav" "$work/call$k-l.wav" $tempo pad 0 "$pause"
-  level 3 "$lift" "$work/lead$k-t.wav" "$work/lead$k-l.wav" pad 0 "$gap"
-  level 3 "$lift" "$work/number$k-t.wav" "$work/number$k-l.wav"
-  # shellcheck disable=SC2086 # $polish is a list of effects
-  sox -D "$work/call$k-l.wav" "$work/lead$k-l.wav" "$work/number$k-l.wav" "$work/joined$k.wav" $polish
+  level 3 "-$lift" "$work/call$k-t.wav" "$work/call$k-l.wav" $tempo pad 0 "$pause"
+  level 3 0 "$work/lead$k-t.wav" "$work/lead$k-l.wav" pad 0 "$gap"
+  level 3 0 "$work/number$k-t.wav" "$work/number$k-l.wav"
+  sox -D "$work/call$k-l.wav" "$work/lead$k-l.wav" "$work/number$k-l.wav" "$work/joined$k.wav"
   # At the rate every sound output takes as it is.
   level 0 0 "$work/joined$k.wav" "$work/clip$k.wav" rate -v 44100
   # The LAME tag stays: it tells decoders the encoder's delay and padding,
   # so a clip starts on its first word.
-  lame --quiet --nohist -m m -b 64 -q 2 "$work/clip$k.wav" "$work/vocal$k.mp3"
+  lame --quiet --nohist -m m -b 64 -q 2 "$work/clip$k.wav" "$work/first$k.mp3"
+  # The encoder's low-pass takes the top of the band, which the loudness
+  # meter weighs most, so the MP3 comes out a little under the WAV: it is
+  # measured as it will be played and encoded once more, set right.
+  measured=$(loudness "$work/first$k.mp3" 0)
+  [ -n "$measured" ] || { echo "$0: no loudness for vocal$k.mp3" >&2; exit 1; }
+  sox -D "$work/clip$k.wav" "$work/final$k.wav" \
+    gain "$(awk -v t="$target" -v m="$measured" 'BEGIN { printf "%.2f", t - m }')"
+  lame --quiet --nohist -m m -b 64 -q 2 "$work/final$k.wav" "$work/vocal$k.mp3"
   mv -f "$work/vocal$k.mp3" "$out/vocal$k.mp3"
 }
 
