@@ -30,7 +30,7 @@ while [ "$k" -le 90 ]; do
     exit 1
   fi
   inputs="$inputs -i $f"
-  graph="$graph[$((k - 1)):a]ebur128=framelog=verbose[m$k];"
+  graph="${graph}[$((k - 1)):a]ebur128=framelog=verbose[m$k];"
   maps="$maps -map [m$k]"
   k=$((k + 1))
 done

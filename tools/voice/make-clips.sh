@@ -84,6 +84,7 @@ teens="Ten Eleven Twelve Thirteen Fourteen Fifteen Sixteen Seventeen Eighteen Ni
 tens="Twenty Thirty Forty Fifty Sixty Seventy Eighty Ninety"
 nth() { shift "$1"; echo "$1"; }
 lower() { echo "$1" | tr '[:upper:]' '[:lower:]'; }
+# shellcheck disable=SC2086 # the word lists are meant to split
 whole() {
   t=$(($1 / 10)) u=$(($1 % 10))
   if [ "$t" -eq 0 ]; then echo "Number $(lower "$(nth "$u" $units)")"
@@ -92,6 +93,7 @@ whole() {
   else echo "$(nth $((t - 1)) $tens)-$(lower "$(nth "$u" $units)")"
   fi
 }
+# shellcheck disable=SC2086 # the word lists are meant to split
 lead() {
   t=$(($1 / 10)) u=$(($1 % 10))
   if [ "$t" -eq 0 ]; then echo "On its own"
