@@ -240,6 +240,10 @@ def decoder(jsgf):
         config = Decoder.default_config()
         config.set_string("-hmm", os.path.join(MODEL, "en-us"))
         config.set_string("-dict", os.path.join(MODEL, "cmudict-en-us.dict"))
+        # pocketsphinx 5 (Debian 13) defaults to a language model of its own,
+        # at a path of its own; the grammar below is the only search wanted.
+        # The calls used here are all still there in 5, as deprecated names.
+        config.set_string("-lm", None)
         config.set_string("-logfn", os.devnull)
         _decoder = Decoder(config)
         for word, phones in EXTRA_WORDS.items():

@@ -1,7 +1,8 @@
 #!/bin/sh
-# Checks the voice clips in a folder: all 90 there, each between 1 and 4
-# seconds long, and their integrated loudness (EBU R128) within 2 LU of
-# each other, so that no number is much louder than another in the hall.
+# Checks the voice clips in a folder: all 90 there, each between 1 and 4.5
+# seconds long (a press a second or so apart must not pile clips up), and
+# their integrated loudness (EBU R128) within 0.5 LU of -20 LUFS and of each
+# other, so that no number is louder than another in the hall.
 #
 #   check-clips.sh <folder>
 set -eu
@@ -29,7 +30,7 @@ while [ "$k" -le 90 ]; do
     exit 1
   fi
   inputs="$inputs -i $f"
-  graph="$graph[$((k - 1)):a]ebur128=framelog=verbose[m$k];"
+  graph="${graph}[$((k - 1)):a]ebur128=framelog=verbose[m$k];"
   maps="$maps -map [m$k]"
   k=$((k + 1))
 done
@@ -47,7 +48,7 @@ report=$(ffmpeg -hide_banner -nostats $inputs -filter_complex "${graph%;}" $maps
 # Lengths, from the input headers, in input order: "Duration: 00:00:01.63".
 echo "$report" | sed -n 's/^ *Duration: \([0-9:.]*\),.*/\1/p' \
   | awk -F: '{ s = $1 * 3600 + $2 * 60 + $3; n++
-               if (s < 1 || s > 4) { printf "vocal%d.mp3 is %.2f s long, not 1 to 4 s\n", n, s; bad = 1 } }
+               if (s < 1 || s > 4.5) { printf "vocal%d.mp3 is %.2f s long, not 1 to 4.5 s\n", n, s; bad = 1 } }
              END { if (n != 90) { print "read " n " lengths, not 90"; bad = 1 } exit bad }' || status=1
 
 # Loudness, one summary per meter: "[Parsed_ebur128_<i> @ ...] Summary:",
@@ -61,7 +62,8 @@ echo "$report" | awk '
     lo = hi = 1
     for (k = 1; k <= 90; k++) { if (l[k] < l[lo]) lo = k; if (l[k] > l[hi]) hi = k }
     printf "loudness %.1f to %.1f LUFS (vocal%d.mp3 to vocal%d.mp3), spread %.1f LU\n", l[lo], l[hi], lo, hi, l[hi] - l[lo]
-    if (l[hi] - l[lo] > 2) { print "loudness spread exceeds 2 LU"; exit 1 }
+    if (l[hi] - l[lo] > 0.5) { print "loudness spread exceeds 0.5 LU"; exit 1 }
+    if (l[lo] < -20.5 || l[hi] > -19.5) { print "loudness strays more than 0.5 LU from -20 LUFS"; exit 1 }
   }' || status=1
 
 exit $status

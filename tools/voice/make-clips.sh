@@ -4,10 +4,14 @@
 #   make-clips.sh <CallTable.h> <output folder>
 #
 # Each clip says the call, pauses as a caller would, and says the number
-# ("Kellys Eye ... Number one"), in festival's HTS voice
-# cmu_us_slt_arctic_hts. It is trimmed of leading and trailing silence,
-# brought to a common integrated loudness (EBU R128) so that no number
-# booms or mumbles in the hall, and encoded by lame as mono 44.1 kHz
+# the hall's way: a two-digit number by its digits and then whole ("Made In
+# Heaven ... six and seven, sixty-seven"), a round ten with an "oh" ("three
+# and oh, thirty"), a single digit on its own ("on its own, number seven").
+# Said twice over, in two forms that must agree, a number survives chatter
+# that takes one word of it. The voice is festival's HTS voice
+# cmu_us_slt_arctic_hts. Each clip is trimmed of leading and trailing
+# silence, brought to a common integrated loudness (EBU R128) so that no
+# number booms or mumbles in the hall, and encoded by lame as mono 44.1 kHz
 # constant-bitrate MP3. Everything runs offline, and the same table gives
 # the same bytes.
 set -eu
@@ -22,9 +26,23 @@ out=$2
 # Target loudness in LUFS. Leaves headroom below full scale for the
 # loudest calls, so only gain is applied and no limiter colours the voice.
 target=-20
-# The pause between call and number, in seconds. Spoken as one sentence the
-# two run together; a caller lets the call land before the number.
+# The pause between call and number, and between the number's two forms,
+# in seconds: a caller lets the call land before the number.
 pause=0.35
+gap=0.15
+# The number against the call: its loudness in dB. The number is what must
+# carry through the room; the call only leads up to it.
+lift=8
+# The number's pace against the call's (a tempo factor: under 1 is slower),
+# so that each of its words holds long enough to be heard through chatter.
+pace=0.9
+# What shapes each spoken part for a noisy room, as sox effects: a fast
+# compressor (2.5:1 from -50 to -30 dB, 5:1 above; 2 ms attack, 50 ms release;
+# 1 dB of headroom) lifts the quiet consonants that chatter covers first ("s",
+# "f", "th") towards the vowels around them.
+polish="compand 0.002,0.05 -80,-80,-50,-20,-30,-12,0,-6 -1 -90 0.002"
+# The longest a clip may be, in seconds; a longer call is spoken faster.
+longest=4.4
 voice=voice_cmu_us_slt_arctic_hts
 
 for tool in festival sox lame ffmpeg; do
@@ -58,15 +76,43 @@ speakable() {
       -e 's/\bTorquay\b/Torkey/'
 }
 
+# The number k in words, and its lead-in the hall's way: "Six and seven"
+# before "Sixty-seven", "Three and oh" before "Thirty", "On its own" before
+# "Number seven".
+units="One Two Three Four Five Six Seven Eight Nine"
+teens="Ten Eleven Twelve Thirteen Fourteen Fifteen Sixteen Seventeen Eighteen Nineteen"
+tens="Twenty Thirty Forty Fifty Sixty Seventy Eighty Ninety"
+nth() { shift "$1"; echo "$1"; }
+lower() { echo "$1" | tr '[:upper:]' '[:lower:]'; }
+# shellcheck disable=SC2086 # the word lists are meant to split
+whole() {
+  t=$(($1 / 10)) u=$(($1 % 10))
+  if [ "$t" -eq 0 ]; then echo "Number $(lower "$(nth "$u" $units)")"
+  elif [ "$t" -eq 1 ]; then nth $((u + 1)) $teens
+  elif [ "$u" -eq 0 ]; then nth $((t - 1)) $tens
+  else echo "$(nth $((t - 1)) $tens)-$(lower "$(nth "$u" $units)")"
+  fi
+}
+# shellcheck disable=SC2086 # the word lists are meant to split
+lead() {
+  t=$(($1 / 10)) u=$(($1 % 10))
+  if [ "$t" -eq 0 ]; then echo "On its own"
+  elif [ "$u" -eq 0 ]; then echo "$(nth "$t" $units) and oh"
+  else echo "$(nth "$t" $units) and $(lower "$(nth "$u" $units)")"
+  fi
+}
+
 # One festival run for all 90: starting the voice costs more than speaking.
-# Call and number are two utterances, so each ends on a full cadence.
+# Call, lead-in and number are three utterances, so each ends on a full
+# cadence and the pauses between them are ours to set.
 {
   echo "($voice)"
   k=0
   speakable <"$work/calls" | while IFS= read -r call; do
     k=$((k + 1))
     echo "(utt.save.wave (utt.synth (Utterance Text \"$call.\")) \"$work/call$k.wav\" 'riff)"
-    echo "(utt.save.wave (utt.synth (Utterance Text \"Number $k.\")) \"$work/number$k.wav\" 'riff)"
+    echo "(utt.save.wave (utt.synth (Utterance Text \"$(lead "$k").\")) \"$work/lead$k.wav\" 'riff)"
+    echo "(utt.save.wave (utt.synth (Utterance Text \"$(whole "$k").\")) \"$work/number$k.wav\" 'riff)"
   done
 } >"$work/speak.scm"
 festival -b "$work/speak.scm" >"$work/festival.log" 2>&1 || {
@@ -85,15 +131,15 @@ loudness() {
     | sed -n 's/^ *I: *\(-*[0-9.]*\) LUFS.*/\1/p' | tail -n 1
 }
 
-# level <repeats> <from> <to> [effect ...]: brings a file to the target
-# loudness, with any further arguments as sox effects for the end of the
-# chain.
+# level <repeats> <lift> <from> <to> [effect ...]: brings a file to the
+# target loudness plus lift dB, with any further arguments as sox effects
+# for the end of the chain.
 level() {
-  measured=$(loudness "$2" "$1")
-  [ -n "$measured" ] || { echo "$0: no loudness for $2" >&2; exit 1; }
-  gain=$(awk -v t="$target" -v m="$measured" 'BEGIN { printf "%.2f", t - m }')
-  from=$2 to=$3
-  shift 3
+  measured=$(loudness "$3" "$1")
+  [ -n "$measured" ] || { echo "$0: no loudness for $3" >&2; exit 1; }
+  gain=$(awk -v t="$target" -v l="$2" -v m="$measured" 'BEGIN { printf "%.2f", t + l - m }')
+  from=$3 to=$4
+  shift 4
   sox -D "$from" "$to" gain "$gain" "$@"
 }
 
@@ -104,21 +150,53 @@ trim() {
 }
 
 # The voice doesn't speak its utterances equally loud ("Number" comes out
-# some 10 dB above most calls), so call and number are levelled each on its
-# own first, and the joined clip once more as a whole, which is what the
-# ear compares from one number to the next.
+# some 10 dB above most calls), so each part is levelled on its own first,
+# the call $lift dB under the number's two parts (the number is what must
+# carry; the parts stay below full scale), and the joined clip once
+# more as a whole, which is what the ear compares from one number to the
+# next.
 clip() {
   k=$1
-  trim "$work/call$k.wav" "$work/call$k-t.wav"
-  trim "$work/number$k.wav" "$work/number$k-t.wav"
-  level 3 "$work/call$k-t.wav" "$work/call$k-l.wav" pad 0 "$pause"
-  level 3 "$work/number$k-t.wav" "$work/number$k-l.wav"
-  sox -D "$work/call$k-l.wav" "$work/number$k-l.wav" "$work/joined$k.wav"
+  for part in call lead number; do
+    trim "$work/$part$k.wav" "$work/$part$k-t.wav"
+  done
+  # shellcheck disable=SC2086 # $polish is a list of effects
+  if [ -n "$polish" ]; then
+    for part in call lead number; do
+      sox -D "$work/$part$k-t.wav" "$work/$part$k-p.wav" $polish
+      mv -f "$work/$part$k-p.wav" "$work/$part$k-t.wav"
+    done
+  fi
+  if [ "$pace" != 1 ]; then
+    for part in lead number; do
+      sox -D "$work/$part$k-t.wav" "$work/$part$k-p.wav" tempo -s "$pace"
+      mv -f "$work/$part$k-p.wav" "$work/$part$k-t.wav"
+    done
+  fi
+  # A clip longer than the limit has its call spoken faster, by as much as
+  # it needs: the number keeps its pace.
+  tempo=$(soxi -D "$work/call$k-t.wav" "$work/lead$k-t.wav" "$work/number$k-t.wav" \
+    | awk -v p="$pause" -v g="$gap" -v l="$longest" '
+        NR == 1 { c = $1 } NR > 1 { n += $1 }
+        END { t = c / (l - p - g - n); if (t > 1) printf "tempo -s %.3f", t }')
+  # shellcheck disable=SC2086 # $tempo is an effect and its argument, or none
+  level 3 "-$lift" "$work/call$k-t.wav" "$work/call$k-l.wav" $tempo pad 0 "$pause"
+  level 3 0 "$work/lead$k-t.wav" "$work/lead$k-l.wav" pad 0 "$gap"
+  level 3 0 "$work/number$k-t.wav" "$work/number$k-l.wav"
+  sox -D "$work/call$k-l.wav" "$work/lead$k-l.wav" "$work/number$k-l.wav" "$work/joined$k.wav"
   # At the rate every sound output takes as it is.
-  level 0 "$work/joined$k.wav" "$work/clip$k.wav" rate -v 44100
+  level 0 0 "$work/joined$k.wav" "$work/clip$k.wav" rate -v 44100
   # The LAME tag stays: it tells decoders the encoder's delay and padding,
   # so a clip starts on its first word.
-  lame --quiet --nohist -m m -b 64 -q 2 "$work/clip$k.wav" "$work/vocal$k.mp3"
+  lame --quiet --nohist -m m -b 64 -q 2 "$work/clip$k.wav" "$work/first$k.mp3"
+  # The encoder's low-pass takes the top of the band, which the loudness
+  # meter weighs most, so the MP3 comes out a little under the WAV: it is
+  # measured as it will be played and encoded once more, set right.
+  measured=$(loudness "$work/first$k.mp3" 0)
+  [ -n "$measured" ] || { echo "$0: no loudness for vocal$k.mp3" >&2; exit 1; }
+  sox -D "$work/clip$k.wav" "$work/final$k.wav" \
+    gain "$(awk -v t="$target" -v m="$measured" 'BEGIN { printf "%.2f", t - m }')"
+  lame --quiet --nohist -m m -b 64 -q 2 "$work/final$k.wav" "$work/vocal$k.mp3"
   mv -f "$work/vocal$k.mp3" "$out/vocal$k.mp3"
 }
 
