@@ -3,10 +3,11 @@
 # scripts/install-deps.sh, and only those that are missing: the X extensions
 # that send keys and watch the screen, and the profilers used when a figure
 # needs explaining, and the recogniser that scores the voice's clips in
-# babble (bench/voice); and g++, the compiler the speed figures were taken
-# with since the first round (the presets use clang). CI never runs it.
+# babble (bench/voice, which decodes them with ffmpeg); and g++, the
+# compiler the speed figures were taken with since the first round (the
+# presets use clang). CI never runs it.
 set -euo pipefail
 exec "$(dirname "$0")/../scripts/install-deps.sh" \
   g++ libx11-dev libxtst-dev libxdamage-dev libxfixes-dev \
   linux-perf valgrind heaptrack \
-  python3-pocketsphinx pocketsphinx-en-us
+  python3-pocketsphinx pocketsphinx-en-us ffmpeg

@@ -8,7 +8,7 @@ packages=(
   # build: clang, also for the sanitizers and the fuzzer's libFuzzer
   clang libclang-rt-dev make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-mixer-dev libpng-dev libgtest-dev
   # the voice clips and the backdrop, made at build time
-  festival festvox-us-slt-hts lame sox ffmpeg
+  festival festvox-us-slt-hts lame sox
   # a font for offscreen rendering, and the tests through a real X server
   fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
   # what a screen reader hears, read off a private accessibility bus

@@ -7,7 +7,7 @@
 set -eu
 table=$1 out=$2 cache=$3
 here=$(cd "$(dirname "$0")" && pwd)
-key=$(cat "$table" "$here/make-clips.sh" | cksum | tr ' ' '-')
+key=$(cat "$table" "$here/make-clips.sh" "$here/loudness.cpp" | cksum | tr ' ' '-')
 made=$cache/$key
 if [ ! -f "$made/vocal90.mp3" ]; then
   mkdir -p "$cache"

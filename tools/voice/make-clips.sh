@@ -45,13 +45,16 @@ polish="compand 0.002,0.05 -80,-80,-50,-20,-30,-12,0,-6 -1 -90 0.002"
 longest=4.4
 voice=voice_cmu_us_slt_arctic_hts
 
-for tool in festival sox lame ffmpeg; do
+cxx=${CXX:-c++}
+for tool in festival sox lame "$cxx"; do
   command -v "$tool" >/dev/null || { echo "$0: $tool is missing" >&2; exit 1; }
 done
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/calloquin-voice.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 trap 'exit 1' INT TERM
+# The loudness meter (loudness.cpp), built for this run.
+"$cxx" -O2 -std=c++20 -o "$work/loudness" "$(dirname "$0")/loudness.cpp"
 
 # The table is one C++ string constant written as adjacent literals; the
 # calls hold letters, digits and blanks only, so gluing the literals
@@ -120,15 +123,15 @@ festival -b "$work/speak.scm" >"$work/festival.log" 2>&1 || {
   exit 1
 }
 
-# Integrated loudness of a file in LUFS, as ffmpeg's EBU R128 meter gives
-# it, the file heard 1 + $2 times over. The meter works in 400 ms blocks and
-# a part such as "Legs." is shorter, so a part is measured as a loop, which
-# leaves its loudness as it is; a whole clip is measured once, as it will be
-# heard. (framelog=verbose keeps the per-frame lines out of the log at the
-# default level; with framelog=quiet this ffmpeg prints a summary of zeros.)
+# Integrated loudness of a file in LUFS (EBU R128), the file heard 1 + $2
+# times over: a part such as "Legs." is shorter than the meter's 400 ms
+# blocks, so a part is measured as a loop, which leaves its loudness as it
+# is; a whole clip is measured once, as it will be heard. An MP3 is
+# measured as a decoder plays it.
 loudness() {
-  ffmpeg -hide_banner -nostats -stream_loop "$2" -i "$1" -af ebur128=framelog=verbose -f null - 2>&1 \
-    | sed -n 's/^ *I: *\(-*[0-9.]*\) LUFS.*/\1/p' | tail -n 1
+  from=$1
+  case $1 in *.mp3) from=$1.wav && lame --quiet --decode "$1" "$from" ;; esac
+  "$work/loudness" "$from" "$2" | cut -d' ' -f1
 }
 
 # level <repeats> <lift> <from> <to> [effect ...]: brings a file to the
@@ -188,15 +191,27 @@ clip() {
   level 0 0 "$work/joined$k.wav" "$work/clip$k.wav" rate -v 44100
   # The LAME tag stays: it tells decoders the encoder's delay and padding,
   # so a clip starts on its first word.
-  lame --quiet --nohist -m m -b 64 -q 2 "$work/clip$k.wav" "$work/first$k.mp3"
   # The encoder's low-pass takes the top of the band, which the loudness
-  # meter weighs most, so the MP3 comes out a little under the WAV: it is
-  # measured as it will be played and encoded once more, set right.
-  measured=$(loudness "$work/first$k.mp3" 0)
-  [ -n "$measured" ] || { echo "$0: no loudness for vocal$k.mp3" >&2; exit 1; }
-  sox -D "$work/clip$k.wav" "$work/final$k.wav" \
-    gain "$(awk -v t="$target" -v m="$measured" 'BEGIN { printf "%.2f", t - m }')"
-  lame --quiet --nohist -m m -b 64 -q 2 "$work/final$k.wav" "$work/vocal$k.mp3"
+  # meter weighs most, and how much it takes moves with the level, a little
+  # unevenly: the MP3 is measured as it will be played and encoded again
+  # with its gain corrected (halving between a gain too low and one too high
+  # once both are known), up to six times, and the nearest is kept.
+  gain=0 best=99 low= high=
+  for round in 1 2 3 4 5 6; do
+    sox -D "$work/clip$k.wav" "$work/final$k.wav" gain "$gain"
+    lame --quiet --nohist -m m -b 64 -q 2 "$work/final$k.wav" "$work/try$k.mp3"
+    measured=$(loudness "$work/try$k.mp3" 0)
+    [ -n "$measured" ] || { echo "$0: no loudness for vocal$k.mp3" >&2; exit 1; }
+    off=$(awk -v t="$target" -v m="$measured" 'BEGIN { printf "%.2f", t - m }')
+    if awk -v o="$off" -v b="$best" 'BEGIN { exit !(o * o < b * b) }'; then
+      best=$off
+      mv -f "$work/try$k.mp3" "$work/vocal$k.mp3"
+    fi
+    awk -v o="$off" 'BEGIN { exit !(o * o < 0.05 * 0.05) }' && break
+    if awk -v o="$off" 'BEGIN { exit !(o > 0) }'; then low=$gain; else high=$gain; fi
+    gain=$(awk -v g="$gain" -v o="$off" -v l="$low" -v h="$high" \
+      'BEGIN { if (l != "" && h != "") printf "%.2f", (l + h) / 2; else printf "%.2f", g + o }')
+  done
   mv -f "$work/vocal$k.mp3" "$out/vocal$k.mp3"
 }
 
