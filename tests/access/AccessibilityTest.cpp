@@ -31,7 +31,9 @@ TEST_F(AccessibilityTest, EveryControlIsNamedAndEachPressAnnouncesTheNumberWithI
   const std::vector<tk::Integer> order = OrderA();
   Open({order, order});
   for (tk::Control* c : window->Controls()) {
-    if (auto* r = dynamic_cast<tk::RectControl*>(c)) EXPECT_NE(Said(*r, QAccessible::Name), "") << c->Name();
+    if (auto* r = dynamic_cast<tk::RectControl*>(c)) {
+      EXPECT_NE(Said(*r, QAccessible::Name), "") << c->Name();
+    }
   }
   EXPECT_EQ(Said(*window->MainNumber(), QAccessible::Name), "Current number");
 
