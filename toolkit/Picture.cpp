@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
+#include <QImageReader>
 #include <QPixmap>
 
 #include <cmath>
@@ -61,7 +62,15 @@ QSize PngSize(const QString& path) {
 }
 
 // The pixels of a PNG file, or a null image when they can't be read.
-QImage DecodePng(const QString& path) { return QImage(path, "PNG"); }
+// Told the format and not to guess, the reader goes straight to Qt's own
+// PNG decoder; guessing would load every image-format plugin there is
+// (and libjpeg) to ask each, holding the dynamic loader's lock while the
+// main thread starts.
+QImage DecodePng(const QString& path) {
+  QImageReader reader(path, "png");
+  reader.setAutoDetectImageFormat(false);
+  return reader.read();
+}
 
 // The header alone says whether the file is a picture and how big; the
 // backdrop's pixels take milliseconds to inflate, which a worker thread
