@@ -27,9 +27,11 @@ out=$2
 # loudest calls, so only gain is applied and no limiter colours the voice.
 target=-20
 # The pause between call and number, and between the number's two forms,
-# in seconds: a caller lets the call land before the number.
-pause=0.35
-gap=0.15
+# in seconds: a caller lets the call land before the number, but in a
+# noisy room a longer silence is only filled by the chatter, and a
+# listener (or a recogniser) loses the thread across it.
+pause=0.2
+gap=0.1
 # The number against the call: its loudness in dB. The number is what must
 # carry through the room; the call only leads up to it.
 lift=8
@@ -40,13 +42,16 @@ pace=0.9
 # compressor (2:1 from -50 to -30 dB, 3.75:1 above; 2 ms attack, 20 ms
 # release, short enough to act within a syllable) lifts the quiet
 # consonants that chatter covers first ("s", "f", "th") towards the vowels
-# around them. Its 2.5 dB of headroom are for the onsets it is too slow to
-# catch ("Number one" overshot full scale with 2); each part is levelled
-# afterwards, so the headroom costs no loudness. The compressor also lifts
-# the last milliseconds of a part, which the trim left at -50 dB, to some
-# -25 dB; the fades (3 ms in, 15 ms out) end each part on silence rather
-# than on a click.
-polish="compand 0.002,0.02 -80,-80,-50,-24,-30,-14,0,-6 -2.5 -90 0.002 fade t 0.003 -0 0.015"
+# around them. The voice starts a voiced sound after a stop's silence on a
+# pulse one sample wide ("Number" in "Number one"), which no attack is fast
+# enough to catch: the compressor keeps 6 dB of headroom for it, and a
+# low-pass at 12 kHz (the encoder keeps little above 15 anyway) rounds it
+# off, so that nothing clips here or when the clip is levelled. Each part
+# is levelled afterwards, so the headroom costs no loudness. The compressor
+# also lifts the last milliseconds of a part, which the trim left at
+# -50 dB, to some -25 dB; the fades (3 ms in, 15 ms out) end each part on
+# silence rather than on a click.
+polish="compand 0.002,0.02 -80,-80,-50,-24,-30,-14,0,-6 -6 -90 0.002 sinc -12k fade t 0.003 -0 0.015"
 # The longest a clip may be, in seconds; a longer call is spoken faster.
 longest=4.4
 voice=voice_cmu_us_slt_arctic_hts
