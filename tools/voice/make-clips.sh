@@ -43,16 +43,16 @@ lift=8
 # consonants that chatter covers first ("s", "f", "th") towards the vowels
 # around them. The voice starts a voiced sound after a stop's silence on a
 # pulse one sample wide ("b" in "Number one"), which a 2 ms attack doesn't
-# catch: the compressor keeps 6 dB of headroom for it, a low-pass at 12 kHz
-# (the encoder keeps little above 15 anyway) rounds it off, and a limiter
-# with no attack time (4:1 above -6 dB, which the compressed speech itself
-# stays under) takes the rest, so that nothing clips here or when a short
-# part, in which the pulse stands out most, is levelled up. Each part is
-# levelled afterwards, so the headroom costs no loudness. The compressor
-# also lifts the last milliseconds of a part, which the trim left at
-# -50 dB, to some -25 dB; the fades (3 ms in, 15 ms out) end each part on
-# silence rather than on a click.
-polish="compand 0.002,0.02 -80,-80,-50,-24,-30,-14,0,-6 -6 -90 0.002 sinc -12k compand 0,0.003 -90,-90,-6,-6,0,-4.5 0 -90 fade t 0.003 -0 0.015"
+# catch: the compressor keeps 6 dB of headroom for it, a limiter with no
+# attack time (4:1 above -6 dB, which the compressed speech itself stays
+# under) takes it down, and a low-pass at 12 kHz (the encoder keeps little
+# above 15 anyway) rounds off the pulse and the limiter's own edge, so that
+# nothing clips here or when a short part, in which the pulse stands out
+# most, is levelled up. Each part is levelled afterwards, so the headroom
+# costs no loudness. The compressor also lifts the last milliseconds of a
+# part, which the trim left at -50 dB, to some -25 dB; the fades (3 ms in,
+# 15 ms out) end each part on silence rather than on a click.
+polish="compand 0.002,0.02 -80,-80,-50,-24,-30,-14,0,-6 -6 -90 0.002 compand 0,0.003 -90,-90,-6,-6,0,-4.5 0 -90 sinc -12k fade t 0.003 -0 0.015"
 # The longest a clip may be, in seconds; a longer call is spoken faster.
 longest=4.4
 voice=voice_cmu_us_slt_arctic_hts
