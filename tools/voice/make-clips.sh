@@ -24,7 +24,8 @@ table=$1
 out=$2
 
 # Target loudness in LUFS. Leaves headroom below full scale for the
-# loudest calls, so only gain is applied and no limiter colours the voice.
+# loudest calls, so levelling is gain alone; the only limiter (in $polish
+# below) acts on the voice's one-sample pulses, not on its speech.
 target=-20
 # The pause between call and number, and between the number's two forms,
 # in seconds: a caller lets the call land before the number, but in a
@@ -180,13 +181,11 @@ clip() {
   for part in call lead number; do
     trim "$work/$part$k.wav" "$work/$part$k-t.wav"
   done
-  # shellcheck disable=SC2086 # $polish is a list of effects
-  if [ -n "$polish" ]; then
-    for part in call lead number; do
-      sox -D "$work/$part$k-t.wav" "$work/$part$k-p.wav" $polish
-      mv -f "$work/$part$k-p.wav" "$work/$part$k-t.wav"
-    done
-  fi
+  for part in call lead number; do
+    # shellcheck disable=SC2086 # $polish is a list of effects
+    sox -D "$work/$part$k-t.wav" "$work/$part$k-p.wav" $polish
+    mv -f "$work/$part$k-p.wav" "$work/$part$k-t.wav"
+  done
   # A clip longer than the limit has its call spoken faster, by as much as
   # it needs: the number keeps its pace.
   tempo=$(soxi -D "$work/call$k-t.wav" "$work/lead$k-t.wav" "$work/number$k-t.wav" \
@@ -205,8 +204,8 @@ clip() {
   # unevenly: the MP3 is measured as it will be played and encoded again
   # with its gain corrected (halving between a gain too low and one too high
   # once both are known), up to six times, and the nearest is kept.
-  gain=0 best=99 low= high=
-  for round in 1 2 3 4 5 6; do
+  gain=0 best=99 low='' high=''
+  for _ in 1 2 3 4 5 6; do
     sox -D "$work/clip$k.wav" "$work/final$k.wav" gain "$gain"
     # The LAME tag stays: it tells decoders the encoder's delay and padding,
     # so a clip starts on its first word.
