@@ -13,6 +13,8 @@ packages=(
   fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
   # what a screen reader hears, read off a private accessibility bus
   dbus-daemon at-spi2-core python3-pyatspi
+  # the voice heard at a private PipeWire's sink, as on a desktop
+  pipewire pipewire-bin wireplumber pipewire-pulse python3-numpy
   # the .deb, Debian's checks of it, and the checks of its desktop entry and
   # AppStream metainfo
   dpkg-dev file lintian desktop-file-utils appstream

@@ -3,11 +3,14 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QTimer>
+#include <QWindow>
 
 #include <memory>
 #include <vector>
 
 #include "toolkit/Exceptions.h"
+#include "toolkit/Sound.h"
 #include "toolkit/Style.h"
 
 namespace tk {
@@ -25,6 +28,21 @@ char** gArgv = nullptr;
 int gNoArgc = 1;
 char gName[] = "calloquin";
 char* gNoArgv[] = {gName, nullptr};
+
+// Waits for the first window to be shown, and then readies the sound output
+// beside the loop: by the first press the device is open, and the first
+// frame never waited for it. A window's first expose paints and flushes it
+// before the call queued here runs.
+class AfterFirstFrame : public QObject {
+ public:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Expose && watched->isWindowType() && static_cast<QWindow*>(watched)->isExposed()) {
+      QCoreApplication::instance()->removeEventFilter(this);
+      QTimer::singleShot(0, [] { WarmUpSound(); });
+    }
+    return false;
+  }
+};
 }  // namespace
 
 void SetSupportsHiDPI(bool on) {
@@ -75,7 +93,11 @@ void RunFrameworkInitialization(const std::function<void()>& start) { start(); }
 
 int RuntimeRun() {
   EnsureGui();
-  return QCoreApplication::exec();
+  AfterFirstFrame afterFirstFrame;
+  QCoreApplication::instance()->installEventFilter(&afterFirstFrame);
+  const int status = QCoreApplication::exec();
+  QCoreApplication::instance()->removeEventFilter(&afterFirstFrame);
+  return status;
 }
 
 void AtFinalize(std::function<void()> finalizer) { Finalizers().push_back(std::move(finalizer)); }

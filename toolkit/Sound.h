@@ -29,11 +29,18 @@ SoundOpener SetSoundOpener(SoundOpener opener);
 // Opens through the current opener; what FolderItem::OpenAsSound uses.
 Opened<Sound> OpenSound(const String& path);
 
-// The real opener: decodes the file for the mixer, or gives nil and why. The output device is opened at the first call;
-// without a usable device the mixer falls back to a silent one and tells
-// the operator once, so the game never fails for lack of sound hardware.
-// Without the sound library no clip can be had at all.
+// The real opener: decodes the file for the mixer, or gives nil and why.
+// The output device is open by then (see WarmUpSound) or opened at the
+// first call. Without a usable device the mixer plays into a silent one,
+// tells the operator once and looks for a device again as clips are
+// played, so the game never fails for lack of sound hardware and the voice
+// comes back when a device does. Without the sound library no clip can be
+// had at all.
 Opened<Sound> OpenMixerSound(const String& path);
+
+// Opens the output device beside the event loop, ahead of the first clip.
+// The event loop calls it once the first frame is on screen.
+void WarmUpSound();
 
 // Tests name a sound library that isn't there. Takes effect only before the
 // first clip is opened, which loads the library for the rest of the run.

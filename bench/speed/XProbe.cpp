@@ -11,6 +11,12 @@
 //                  --min PIXELS [--hold-ms H] -- PROGRAM [ARGS...]
 //     Starts the program and times from exec to the first frame in which at
 //     least PIXELS of the region (content coordinates) have the colour.
+//   xprobe sound --sink NAME [--presses N] [--wait-ms W] TARGET
+//     With the caller switched on, presses Return N times (at most 89, one
+//     game), each once the sink has been quiet for a while, and times each
+//     press from the key event to the clip's first sample at the PipeWire
+//     sink NAME. W is the wait between the window's appearing and the
+//     first press.
 //
 // Every window is taken to have the content size of Calloquin's layout with
 // anything above it (the in-window menu bar) found from its geometry.
@@ -39,6 +45,7 @@
 #include <vector>
 
 #include "bench/speed/Quantile.h"
+#include "bench/speed/SinkListener.h"
 #include "window/LayoutData.h"
 
 namespace {
@@ -461,9 +468,50 @@ int Startup(int argc, char** argv) {
   return 0;
 }
 
+// ---------------------------------------------------------------- sound
+
+int Sound(int argc, char** argv) {
+  std::string sink;
+  int presses = 60, waitMs = 1000;
+  std::optional<Target> target;
+  for (int i = 0; i < argc; ++i) {
+    const std::string a = argv[i];
+    if (a == "--sink" && i + 1 < argc) sink = argv[++i];
+    else if (a == "--presses" && i + 1 < argc) presses = std::atoi(argv[++i]);
+    else if (a == "--wait-ms" && i + 1 < argc) waitMs = std::atoi(argv[++i]);
+    else target = ParseTarget(a);
+  }
+  if (!target || sink.empty() || presses < 1 || presses > 89) Die("sound needs --sink, one target and 1 to 89 presses");
+  Target& t = *target;
+  t.caller = true;
+  SinkListener listener(sink);
+  const auto appeared = Clock::now();
+  Connect(t);
+  std::this_thread::sleep_until(appeared + std::chrono::milliseconds(waitMs));
+  std::vector<double> times;
+  for (int press = 1; press <= presses; ++press) {
+    // One clip at a time: the next press waits for the sink's silence.
+    if (!listener.WaitQuiet(std::chrono::milliseconds(200), Clock::now() + std::chrono::seconds(8))) {
+      Die("the sink never went quiet before press " + std::to_string(press));
+    }
+    Focus(t);
+    const auto sent = Clock::now();
+    Key(t);
+    const auto heard = listener.FirstSound(sent, sent + std::chrono::seconds(2));
+    if (!heard) Die("press " + std::to_string(press) + " was not heard at the sink");
+    times.push_back(Ms(*heard - sent));
+  }
+  std::printf("presses=%zu first=%.2f median=%.2f p95=%.2f max=%.2f all=", times.size(), times.front(),
+              Quantile(times, 0.5), Quantile(times, 0.95), *std::max_element(times.begin(), times.end()));
+  for (std::size_t i = 0; i < times.size(); ++i) std::printf("%s%.2f", i ? "," : "", times[i]);
+  std::printf("\n");
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (argc >= 2 && std::strcmp(argv[1], "sound") == 0) return Sound(argc - 2, argv + 2);
   if (argc >= 2 && std::strcmp(argv[1], "press") == 0) return Press(argc - 2, argv + 2);
   if (argc >= 2 && std::strcmp(argv[1], "startup") == 0) return Startup(argc - 2, argv + 2);
   std::fprintf(stderr, "usage: xprobe press TARGET... | xprobe startup OPTIONS -- PROGRAM [ARGS...]\n");

@@ -1,0 +1,109 @@
+#include "bench/speed/SinkListener.h"
+
+#include <pipewire/pipewire.h>
+#include <spa/param/audio/format-utils.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+// The sink is fed exact zeros between clips; anything above this is a clip.
+constexpr float kThreshold = 1e-3f;
+
+void Process(void* data) { static_cast<SinkListener*>(data)->OnProcess(); }
+
+const pw_stream_events kEvents = [] {
+  pw_stream_events e{};
+  e.version = PW_VERSION_STREAM_EVENTS;
+  e.process = Process;
+  return e;
+}();
+
+}  // namespace
+
+SinkListener::SinkListener(const std::string& sink) {
+  pw_init(nullptr, nullptr);
+  loop_ = pw_thread_loop_new("sink-listener", nullptr);
+  pw_properties* props = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture",
+                                           PW_KEY_MEDIA_ROLE, "Production", PW_KEY_TARGET_OBJECT, sink.c_str(),
+                                           PW_KEY_STREAM_CAPTURE_SINK, "true", nullptr);
+  pw_thread_loop_lock(loop_);
+  stream_ = pw_stream_new_simple(pw_thread_loop_get_loop(loop_), "calloquin-bench-listener", props, &kEvents, this);
+  uint8_t buffer[1024];
+  spa_pod_builder b = SPA_POD_BUILDER_INIT(buffer, sizeof(buffer));
+  spa_audio_info_raw info{};
+  info.format = SPA_AUDIO_FORMAT_F32;
+  info.rate = rate_;
+  info.channels = 1;
+  const spa_pod* params[1] = {spa_format_audio_raw_build(&b, SPA_PARAM_EnumFormat, &info)};
+  // In the graph's own thread, in the cycle in which the sink takes the
+  // samples: the cycle's start is then the time they reached it.
+  const int err = pw_stream_connect(stream_, PW_DIRECTION_INPUT, PW_ID_ANY,
+                                    static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS |
+                                                                 PW_STREAM_FLAG_RT_PROCESS),
+                                    params, 1);
+  pw_thread_loop_unlock(loop_);
+  if (err < 0) {
+    std::fprintf(stderr, "sink listener: cannot connect (%s)\n", std::strerror(-err));
+    std::exit(2);
+  }
+  pw_thread_loop_start(loop_);
+}
+
+SinkListener::~SinkListener() {
+  pw_thread_loop_stop(loop_);
+  pw_stream_destroy(stream_);
+  pw_thread_loop_destroy(loop_);
+}
+
+void SinkListener::OnProcess() {
+  pw_buffer* b = pw_stream_dequeue_buffer(stream_);
+  if (b == nullptr) return;
+  pw_time time{};
+  pw_stream_get_time_n(stream_, &time, sizeof(time));
+  const spa_data& d = b->buffer->datas[0];
+  const auto* samples = static_cast<const float*>(d.data);
+  const uint32_t n = d.data != nullptr ? d.chunk->size / sizeof(float) : 0;
+  Block block{Clock::time_point(std::chrono::nanoseconds(time.now)), std::nullopt};
+  for (uint32_t i = 0; i < n; ++i) {
+    if (std::fabs(samples[i]) > kThreshold) {
+      block.loudAt = static_cast<double>(i) / rate_;
+      break;
+    }
+  }
+  pw_stream_queue_buffer(stream_, b);
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    blocks_.push_back(block);
+    if (blocks_.size() > 4096) blocks_.pop_front();
+  }
+  changed_.notify_all();
+}
+
+std::optional<SinkListener::Clock::time_point> SinkListener::FirstSound(Clock::time_point after,
+                                                                        Clock::time_point deadline) {
+  std::unique_lock<std::mutex> lock(mutex_);
+  for (;;) {
+    for (const Block& block : blocks_) {
+      if (!block.loudAt) continue;
+      const auto at = block.start + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(*block.loudAt));
+      if (at >= after) return at;
+    }
+    if (changed_.wait_until(lock, deadline) == std::cv_status::timeout) return std::nullopt;
+  }
+}
+
+bool SinkListener::WaitQuiet(Clock::duration quiet, Clock::time_point deadline) {
+  std::unique_lock<std::mutex> lock(mutex_);
+  for (;;) {
+    Clock::time_point lastLoud{};
+    for (const Block& block : blocks_) {
+      if (block.loudAt) lastLoud = block.start;
+    }
+    if (!blocks_.empty() && blocks_.back().start - lastLoud >= quiet) return true;
+    if (changed_.wait_until(lock, deadline) == std::cv_status::timeout) return false;
+  }
+}

@@ -1,0 +1,42 @@
+#pragma once
+// Listens at a PipeWire sink's monitor and tells when sound reaches the
+// sink: each block of what the sink was given, stamped with the start of
+// the graph cycle in which the sink took it (CLOCK_MONOTONIC, the clock of
+// std::chrono::steady_clock on Linux).
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <string>
+
+struct pw_thread_loop;
+struct pw_stream;
+
+class SinkListener {
+ public:
+  using Clock = std::chrono::steady_clock;
+  explicit SinkListener(const std::string& sink);
+  ~SinkListener();
+
+  // The time of the first sample at the sink louder than the threshold,
+  // taken at or after `after`; nothing if none came by the deadline.
+  std::optional<Clock::time_point> FirstSound(Clock::time_point after, Clock::time_point deadline);
+  // Waits until the sink has had nothing louder than the threshold for
+  // `quiet`; false if that did not happen by the deadline.
+  bool WaitQuiet(Clock::duration quiet, Clock::time_point deadline);
+
+  void OnProcess();  // for the stream's callback
+
+ private:
+  struct Block {
+    Clock::time_point start;      // when its first sample was at the sink
+    std::optional<double> loudAt;  // offset in seconds of its first loud sample
+  };
+  pw_thread_loop* loop_ = nullptr;
+  pw_stream* stream_ = nullptr;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<Block> blocks_;
+  unsigned rate_ = 48000;
+};

@@ -1,0 +1,107 @@
+#!/bin/bash
+# The voice through a real PipeWire, as on a desktop: a private PipeWire for
+# this test alone (pipewire, wireplumber and pipewire-pulse, a null sink,
+# inside a D-Bus session of its own; nothing of the machine's own session
+# is touched). The program picks its sound output itself: nothing here
+# chooses SDL's driver.
+#   1. A press with the caller on puts that number's clip, sample for
+#      sample, at the sink; the program speaks to PipeWire directly, not
+#      through its PulseAudio service.
+#   2. PipeWire killed between presses: the game goes on (each press shows
+#      and counts its number, no report, nothing hangs), and once PipeWire
+#      is back the next press is heard again.
+#   3. PipeWire not there at the first clip: the operator is told once, the
+#      game goes on, and when PipeWire comes the voice comes with it.
+#
+# usage: pipewire.sh <calloquin executable> <board check tool>
+program=$1
+check=$2
+for tool in pipewire wireplumber pipewire-pulse pw-cli pw-record pw-dump dbus-run-session lame; do
+  command -v "$tool" >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
+done
+/usr/bin/python3 -c 'import numpy' 2>/dev/null || { echo "SKIP: python3-numpy is not installed"; exit 77; }
+if [ -z "${CALLOQUIN_PRIVATE_BUS:-}" ]; then
+  exec dbus-run-session -- env CALLOQUIN_PRIVATE_BUS=1 bash "$0" "$@"
+fi
+here=$(dirname "$0")
+. "$here/../x11/lib.sh"
+. "$here/pipewire-lib.sh"
+unset SDL_AUDIODRIVER  # the program's own choice, as on a desktop
+
+resources=$(dirname "$(dirname "$program")")/Resources
+caller_switch() {
+  local HEIGHT
+  eval "$(xdotool getwindowgeometry --shell "$wid" | grep '^HEIGHT=')"
+  xdotool mousemove --window "$wid" 127 $((HEIGHT - 572 + 516)) click 1
+  xdotool windowfocus --sync "$wid"
+}
+# The numbers on the board, one per line.
+board() { import -window "$wid" -depth 8 "$work/board.ppm" 2>/dev/null && "$check" "$work/board.ppm" | tail -n +2; }
+
+# Presses Return with the sink recorded, and checks that the clip of the
+# number the press called is what the sink got. $1 is the count of numbers
+# called after the press.
+press_heard() {
+  local before
+  before=$(board)
+  pw-record --target "$sink" --rate 44100 --channels 1 --format s16 "$work/heard.wav" 2>>"$work/pipewire.log" &
+  local recorder=$!
+  sleep 0.5  # the recorder is linked to the sink's monitor
+  press Return
+  expect "$1" "$2"
+  local number
+  number=$(comm -13 <(echo "$before" | sort) <(board | sort) | head -n1)
+  sleep 4.5  # the longest clip
+  kill -INT "$recorder"
+  wait "$recorder"
+  lame --quiet --decode "$resources/vocal$number.mp3" "$work/clip.wav"
+  /usr/bin/python3 "$here/match.py" "$work/heard.wav" "$work/clip.wav" 0.9 >"$work/match.txt" \
+    || fail "$2: the sink did not get the clip of $number ($(cat "$work/match.txt"))"
+  echo "$2: heard $number at the sink, $(cat "$work/match.txt")"
+}
+
+# 1. The voice at the sink, through PipeWire's own protocol.
+pipewire_up
+start "$program"
+caller_switch
+press_heard 1 "a press with the caller on"
+pw-dump | /usr/bin/python3 -c '
+import json, sys
+nodes = [o["info"]["props"] for o in json.load(sys.stdin)
+         if o["type"].endswith(":Node") and o["info"]["props"].get("application.name") == "Calloquin"]
+sys.exit(0 if nodes and all(p.get("client.api") != "pipewire-pulse" for p in nodes) else 1)' \
+  || fail "the voice does not reach PipeWire directly: $(pw-dump | grep -c '"application.name": "Calloquin"') nodes"
+
+# 2. The server killed in a game, and back.
+pipewire_down
+for n in 2 3 4; do
+  press Return
+  expect "$n" "press $n with PipeWire gone"
+done
+dialog_up && fail "a dialog came with PipeWire gone"
+[ "$(reports)" -eq 0 ] || fail "a failure was reported with PipeWire gone"
+pipewire_up
+press_heard 5 "the first press once PipeWire is back"
+[ "$(reports)" -eq 0 ] || fail "a failure was reported"
+press ctrl+q
+ended_with 0 "Ctrl+Q"
+
+# 3. No server at the first clip; it comes later.
+pipewire_down
+start "$program"
+caller_switch
+press Return
+until_ok 50 dialog_up || fail "the operator was not told that the voice can't be heard"
+grep -q 'no sound device' "$work/program.log" || fail "no line on stderr about the missing sound device"
+# The notice's OK takes it away from over the board.
+xdotool windowfocus --sync "$(windows | grep -vx "$wid" | head -n1)" key Return
+until_ok 50 no_dialog || fail "the notice did not close"
+xdotool windowfocus --sync "$wid"
+expect 1 "a press without PipeWire"
+pipewire_up
+sleep 1  # the program looks for a device again at most once a second
+press_heard 2 "the first press once PipeWire has come"
+[ "$(reports)" -eq 0 ] || fail "a failure was reported"
+press ctrl+q
+ended_with 0 "Ctrl+Q"
+echo "PASS"
