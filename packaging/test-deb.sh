@@ -26,7 +26,7 @@ echo "built $deb"
 depends=$(dpkg-deb -f "$deb" Depends)
 echo "Depends: $depends"
 # Qt is linked; the platform plugins and SDL2_mixer are loaded at run time.
-for p in libqt6widgets6 qt6-qpa-plugins libsdl2-mixer-2.0-0; do
+for p in libqt6widgets6 qt6-qpa-plugins qt6-wayland libsdl2-mixer-2.0-0; do
   [[ "$depends" == *"$p"* ]] || { echo "FAIL: the package does not depend on $p"; exit 1; }
 done
 

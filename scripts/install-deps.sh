@@ -7,12 +7,16 @@ set -euo pipefail
 packages=(
   # build: clang, also for the sanitizers and the fuzzer's libFuzzer
   clang libclang-rt-dev make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-mixer-dev libpng-dev libgtest-dev
+  # the window on a Wayland desktop, as a native client
+  qt6-wayland
   # the voice clips and the backdrop, made at build time
   festival festvox-us-slt-hts lame sox
   # a font for offscreen rendering, and the tests through a real X server
   fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
   # what a screen reader hears, read off a private accessibility bus
   dbus-daemon at-spi2-core python3-pyatspi
+  # the program on headless Wayland compositors: keys and screenshots
+  weston sway wtype grim
   # the voice heard at a private PipeWire's sink, as on a desktop
   pipewire pipewire-bin wireplumber pipewire-pulse python3-numpy
   # the .deb, Debian's checks of it, and the checks of its desktop entry and

@@ -6,7 +6,10 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "toolkit/Exceptions.h"
@@ -28,6 +31,43 @@ char** gArgv = nullptr;
 int gNoArgc = 1;
 char gName[] = "calloquin";
 char* gNoArgv[] = {gName, nullptr};
+
+// Qt's start-up words while the GUI comes up, kept back: a start that
+// finds no display is told in one line of ours, not in Qt's lines ending in
+// advice to reinstall and an abort with a core dump.
+struct GuiStartWords {
+  std::mutex mutex;
+  std::vector<std::pair<QtMsgType, QString>> held;
+  QtMessageHandler previous = nullptr;
+  bool waylandPluginMissing = false;
+};
+GuiStartWords& StartWords() {
+  static GuiStartWords words;
+  return words;
+}
+
+void HoldStartWords(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  GuiStartWords& words = StartWords();
+  if (type != QtFatalMsg) {
+    const std::lock_guard<std::mutex> lock(words.mutex);
+    if (message.contains(QLatin1String("Could not find the Qt platform plugin \"wayland\""))) {
+      words.waylandPluginMissing = true;
+    }
+    words.held.emplace_back(type, message);
+    (void)context;
+    return;
+  }
+  // Qt gives up only when no platform would start: there is no display.
+  const bool wayland = qEnvironmentVariableIsSet("WAYLAND_DISPLAY") || qgetenv("XDG_SESSION_TYPE") == "wayland";
+  std::fputs(wayland && words.waylandPluginMissing
+                 ? "Calloquin: this is a Wayland desktop without Qt's Wayland support; install it (on Debian the "
+                   "package qt6-wayland) or start Calloquin where X11 or Xwayland runs.\n"
+                 : "Calloquin needs a graphical desktop (X11 or Wayland) and found none; start it from a desktop "
+                   "session.\n",
+             stderr);
+  std::fflush(stderr);
+  std::_Exit(1);
+}
 
 // Waits for the first window to be shown, and then readies the sound output
 // beside the loop: by the first press the device is open, and the first
@@ -74,8 +114,19 @@ void EnsureGui() {
     // (Qt's writes once until the loop runs). Nothing here runs on GLib.
     // Left set: Qt's threads read the environment while it starts.
     if (!qEnvironmentVariableIsSet("QT_NO_GLIB")) qputenv("QT_NO_GLIB", "1");
+    StartWords().previous = qInstallMessageHandler(HoldStartWords);
     App() = gArgc != nullptr ? std::make_unique<QApplication>(*gArgc, gArgv)
                              : std::make_unique<QApplication>(gNoArgc, gNoArgv);
+    // Up: Qt's words go their usual way again, those held back first.
+    qInstallMessageHandler(StartWords().previous);
+    for (const auto& [type, message] : StartWords().held) {
+      if (StartWords().previous != nullptr) {
+        StartWords().previous(type, QMessageLogContext(), message);
+      } else {
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+      }
+    }
+    StartWords().held.clear();
     QApplication::setApplicationName(QStringLiteral("Calloquin"));
     // Matches the desktop entry, so that a desktop shows its icon and name.
     QGuiApplication::setDesktopFileName(QStringLiteral(CALLOQUIN_APP_ID));

@@ -172,7 +172,7 @@ void Window::SetMenuBar(MenuBar* bar) {
     shown = new QMenuBar;
     Populate(*shown, *bar);
   }
-  TopLevel()->setMenuBar(shown);  // the old bar, if any, goes with its views
+  ShowMenuBar(shown);
   if (shown != nullptr && !menuBarVisible_) shown->hide();
   ApplySize();
 }

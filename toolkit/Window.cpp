@@ -3,6 +3,8 @@
 #include <QCloseEvent>
 #include <QKeySequence>
 #include <QMainWindow>
+#include <QMenuBar>
+#include <QVBoxLayout>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QShortcut>
@@ -13,6 +15,7 @@
 #include "toolkit/Picture.h"
 #include "toolkit/PushButton.h"
 #include "toolkit/QtRange.h"
+#include "toolkit/TitleBar.h"
 
 namespace tk {
 
@@ -70,6 +73,15 @@ class Window::Surface : public QWidget {
 Window::Window() : top_((UITrap(), EnsureGui(), std::make_unique<TopLevel_>(*this))) {
   surface_ = new Surface(*this);
   top_->setCentralWidget(surface_);
+  if (TitleBar::Wanted()) {
+    chrome_ = new QWidget;
+    auto* column = new QVBoxLayout(chrome_);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    titleBar_ = new TitleBar(chrome_);
+    column->addWidget(titleBar_);
+    top_->setMenuWidget(chrome_);
+  }
   // The default button answers Return and Enter (keypad too) whatever has
   // the focus. Qt only does this inside dialogs, so the window binds them.
   for (QKeySequence key : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter),
@@ -165,6 +177,13 @@ void Window::ApplyFlags() {
   if (minimizeButton_) flags |= Qt::WindowMinimizeButtonHint;
   if (maximizeButton_) flags |= Qt::WindowMaximizeButtonHint;
   if (fullScreenButton_) flags |= Qt::WindowFullscreenButtonHint;
+  if (titleBar_ != nullptr) {
+    // Neither Qt nor the compositor draws a frame: the window's own bar
+    // offers what it has (no maximise or full screen: it never resizes).
+    // Qt drops the frameless hint beside any button hint.
+    flags = Qt::Window | Qt::FramelessWindowHint;
+    titleBar_->SetControls(minimizeButton_, closeButton_);
+  }
   const bool shown = top_->isVisible();
   top_->setWindowFlags(flags);
   if (shown) top_->show();  // Qt hides a window whose flags change
@@ -173,6 +192,7 @@ void Window::ApplyFlags() {
 void Window::SetTitle(const String& v) {
   title_ = v;
   top_->setWindowTitle(QString::fromStdString(v));
+  if (titleBar_ != nullptr) titleBar_->SetTitle(QString::fromStdString(v));
 }
 
 void Window::SetVisible(bool v) {
@@ -194,9 +214,21 @@ void Window::SetBackColor(Color v) { backColor_ = v; surface_->update(); }
 
 void Window::SetMenuBarVisible(bool v) {
   menuBarVisible_ = v;
-  if (QWidget* bar = top_->menuWidget()) bar->setVisible(v);
+  if (QWidget* bar = ShownMenuBar()) bar->setVisible(v);
   ApplySize();
 }
+
+void Window::ShowMenuBar(QMenuBar* bar) {
+  if (chrome_ == nullptr) {
+    top_->setMenuBar(bar);  // the old bar, if any, goes with its views
+    return;
+  }
+  delete menuBarShown_;
+  menuBarShown_ = bar;
+  if (bar != nullptr) chrome_->layout()->addWidget(bar);
+}
+
+QWidget* Window::ShownMenuBar() const { return chrome_ != nullptr ? menuBarShown_ : top_->menuWidget(); }
 
 void Window::SetBackdrop(std::shared_ptr<Picture> picture) {
   UITrap();

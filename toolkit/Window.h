@@ -13,12 +13,14 @@
 
 class QWidget;
 class QMainWindow;
+class QMenuBar;
 
 namespace tk {
 
 class Picture;
 class MenuBar;
 class PushButton;
+class TitleBar;
 
 class Window : public Object {
  public:
@@ -119,9 +121,18 @@ class Window : public Object {
   void ApplySize();
   void ApplyFlags();
   void PressDefaultButton();
+  // Puts the shown menu bar in place: below the window's own title bar
+  // where it draws one, else where Qt keeps a main window's bar.
+  void ShowMenuBar(QMenuBar* bar);
+  QWidget* ShownMenuBar() const;
 
   std::unique_ptr<TopLevel_> top_;
   Surface* surface_ = nullptr;
+  // Where the window draws its own title bar: the bar, and the column of
+  // title bar and menu bar above the content.
+  TitleBar* titleBar_ = nullptr;
+  QWidget* chrome_ = nullptr;
+  QMenuBar* menuBarShown_ = nullptr;
   std::vector<std::unique_ptr<Object>> owned_;
   std::vector<Control*> controls_;
 

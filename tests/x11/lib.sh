@@ -1,33 +1,14 @@
 # Shared by the X11 scripts: a private Xvfb, the program in it, the board
 # read off screenshots. Source it after setting $check (the board tool).
 # start takes a command: a program's path, or a function that execs one.
-set -u
 for tool in Xvfb xdotool import; do
   command -v "$tool" >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
 done
 
-work=$(mktemp -d)
-xvfb_pids=() app_pid=
-cleanup() {
-  [ -n "$app_pid" ] && kill "$app_pid" 2>/dev/null
-  [ ${#xvfb_pids[@]} -gt 0 ] && kill "${xvfb_pids[@]}" 2>/dev/null
-  # A script ends its own helpers here (on_exit is its own).
-  if declare -F on_exit >/dev/null; then on_exit; fi
-  wait 2>/dev/null
-  rm -rf "$work"
-}
-trap cleanup EXIT
-fail() { echo "FAIL: $*"; [ -s "$work/program.log" ] && sed 's/^/  program: /' "$work/program.log"; exit 1; }
-
-# Polls a command until it succeeds, for at most $1 tenths of a second.
-until_ok() {
-  local tries=$1; shift
-  while ! "$@"; do
-    tries=$((tries - 1))
-    [ "$tries" -gt 0 ] || return 1
-    sleep 0.1
-  done
-}
+. "$(dirname "${BASH_SOURCE[0]}")/../common.sh"
+xvfb_pids=()
+stop_xservers() { [ ${#xvfb_pids[@]} -gt 0 ] && kill "${xvfb_pids[@]}" 2>/dev/null; }
+trap 'stop_xservers; common_cleanup' EXIT
 
 # -noreset: by default the server resets whenever its last client leaves,
 # as happens between two starts of the program (each xdotool call is a
@@ -62,14 +43,6 @@ start() {
   app_pid=$!
   until_ok 150 find_window || fail "no window appeared"
   xdotool windowfocus --sync "$wid"
-}
-# Waits for the program to end and checks its status.
-ended_with() {
-  until_ok 100 eval '! kill -0 $app_pid 2>/dev/null' || fail "$2: the program did not end"
-  wait "$app_pid"
-  local status=$?
-  app_pid=
-  [ "$status" -eq "$1" ] || fail "$2: the program ended with status $status"
 }
 reports() { grep -c '^Calloquin: unhandled ' "$work/program.log"; }
 

@@ -1,0 +1,34 @@
+# Shared by the test scripts that drive the real program: a work folder of
+# their own, a failure that shows what the program said, and polling.
+set -u
+work=$(mktemp -d)
+chmod 755 "$work"  # a compositor run as another user reads its files
+app_pid=
+# A script ends its own helpers in on_exit; the work folder goes last.
+common_cleanup() {
+  [ -n "$app_pid" ] && kill "$app_pid" 2>/dev/null
+  if declare -F on_exit >/dev/null; then on_exit; fi
+  wait 2>/dev/null
+  rm -rf "$work"
+}
+trap common_cleanup EXIT
+fail() { echo "FAIL: $*"; [ -s "$work/program.log" ] && sed 's/^/  program: /' "$work/program.log" | tail -n 40; exit 1; }
+
+# Polls a command until it succeeds, for at most $1 tenths of a second.
+until_ok() {
+  local tries=$1; shift
+  while ! "$@"; do
+    tries=$((tries - 1))
+    [ "$tries" -gt 0 ] || return 1
+    sleep 0.1
+  done
+}
+
+# Waits for the program to end and checks its status.
+ended_with() {
+  until_ok 100 eval '! kill -0 $app_pid 2>/dev/null' || fail "$2: the program did not end"
+  wait "$app_pid"
+  local status=$?
+  app_pid=
+  [ "$status" -eq "$1" ] || fail "$2: the program ended with status $status"
+}
