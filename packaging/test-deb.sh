@@ -82,6 +82,11 @@ done
 # unreadable).
 installed_program() { cd / && exec "${exec_line#Exec=}"; }
 start installed_program
+# The desktop finds the entry, and with it the icon, by the window's class
+# on X11 (by its app id, the entry's name, on Wayland: tests/wayland).
+grep -qx 'Icon=org.calloquin.calloquin' "$desktop" || fail "the desktop entry names another icon"
+class=$(xprop -id "$wid" WM_CLASS | sed -n 's/.*, "\(.*\)"$/\1/p')
+grep -qx "StartupWMClass=$class" "$desktop" || fail "the window's class \"$class\" is not the desktop entry's"
 press Return Return Return
 expect 3 "after three presses"
 press ctrl+q

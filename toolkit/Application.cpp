@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "toolkit/Exceptions.h"
+#include "toolkit/Hook.h"
 #include "toolkit/Sound.h"
 #include "toolkit/Style.h"
 
@@ -26,6 +27,7 @@ std::vector<std::function<void()>>& Finalizers() {
   static std::vector<std::function<void()>> finalizers;
   return finalizers;
 }
+constinit Hook<QuitRequester> quitRequester;
 int* gArgc = nullptr;
 char** gArgv = nullptr;
 int gNoArgc = 1;
@@ -163,9 +165,15 @@ void RuntimePerformFinalizers() {
 }
 
 void Quit(Integer status) {
-  QCoreApplication::exit(static_cast<int>(status));
+  if (quitRequester) {
+    quitRequester(status);
+  } else {
+    QCoreApplication::exit(static_cast<int>(status));
+  }
   throw EndException();
 }
+
+QuitRequester SetQuitRequester(QuitRequester requester) { return quitRequester.Set(std::move(requester)); }
 
 String ExecutableFilePath() {
   EnsureGui();

@@ -25,6 +25,10 @@ int RuntimeRun();
 // Ends the application with the given status. Nothing after it in the
 // handler runs: it raises EndException, which the failure route drops.
 [[noreturn]] void Quit(Integer status);
+// Tests see the request to end instead of the event loop ending. Returns
+// the previous one; an empty one restores the real end.
+using QuitRequester = std::function<void(Integer status)>;
+QuitRequester SetQuitRequester(QuitRequester requester);
 // Registers what must go before the GUI does (the window, above all).
 void AtFinalize(std::function<void()> finalizer);
 // After the loop: runs the finalizers, newest first, then takes the GUI

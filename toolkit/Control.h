@@ -28,6 +28,15 @@ class Object {
   // times) and do it once at the end.
   virtual void BeginProperties() {}
   virtual void EndProperties() {}
+
+  // A token that lives exactly as long as the object, for WeakRef.
+  std::weak_ptr<Object* const> LifeToken() const {
+    if (!lifeToken_) lifeToken_ = std::make_shared<Object* const>(const_cast<Object*>(this));
+    return lifeToken_;
+  }
+
+ private:
+  mutable std::shared_ptr<Object* const> lifeToken_;
 };
 
 // A child of a window: has a name and may belong to a control set.

@@ -74,8 +74,7 @@ std::shared_ptr<FolderItem> ResourcesFolder(const std::function<void(const Failu
     if (!parent) {
       if (stepMissing) {
         stepMissing({"The folder above " + item->NativePath() + " could not be found",
-                     "there is none: it is the top folder", {},
-                     kLayoutAdvice, {}});
+                     item->NativePath() + " is the top folder", {}, kLayoutAdvice, {}});
       }
       return nullptr;
     }

@@ -132,6 +132,15 @@ Ref<MenuItem> MenuItem::Child(const String& name) const {
   return nullptr;
 }
 
+Ref<MenuItem> MenuItem::_Lookup(const String& name) const {
+  UITrap();
+  for (const auto& child : children_) {
+    if (child->Name() == name) return child.get();
+    if (Ref<MenuItem> below = child->_Lookup(name)) return below;
+  }
+  return nullptr;
+}
+
 void MenuItem::_Show(QAction* action) {
   views_->actions.emplace_back(action);
   Sync();

@@ -7,6 +7,7 @@
 
 #include "toolkit/Control.h"
 #include "toolkit/Ref.h"
+#include "toolkit/Window.h"
 
 class QAction;
 
@@ -18,7 +19,7 @@ class MenuItem : public Object {
   ~MenuItem() override;
   const char* ClassName() const override { return "MenuItem"; }
 
-  // The name by which Child finds the item.
+  // The name by which Child and _Lookup find the item.
   const String& Name() const { return name_; }
   void SetName(const String& name) { UITrap(); name_ = name; }
   // The label. "-" makes the item a separator; "&" marks the mnemonic.
@@ -42,6 +43,8 @@ class MenuItem : public Object {
   Ref<MenuItem> Item(Integer index) const;
   // The direct child of that name, or nil.
   Ref<MenuItem> Child(const String& name) const;
+  // The item of that name anywhere below this one, or nil.
+  Ref<MenuItem> _Lookup(const String& name) const;
 
   // Raised when the operator chooses the item, through the failure route.
   // A plain item does nothing.
@@ -75,6 +78,13 @@ class QuitMenuItem : public MenuItem {
   const char* ClassName() const override { return "QuitMenuItem"; }
   void Action() override;
 };
+
+// The item of that name anywhere on the window's menu bar, check-cast to T;
+// nil if there is none. A window without a bar raises NilObjectException.
+template <class T>
+Ref<T> WindowMenuItem(const Window& window, const String& name) {
+  return CheckCast<T>(Ref<MenuBar>(window.GetMenuBar())->_Lookup(name).get());
+}
 
 // The bar given to SetApplicationMenuBar, or nil.
 MenuBar* ApplicationMenuBar();

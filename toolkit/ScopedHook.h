@@ -19,6 +19,8 @@ class ScopedHook {
   ~ScopedHook() { set_(std::move(old_)); }
   ScopedHook(const ScopedHook&) = delete;
   ScopedHook& operator=(const ScopedHook&) = delete;
+  // What was there before, for a replacement that hands some calls on.
+  const Hook& Previous() const { return old_; }
 
  private:
   Setter set_;

@@ -3,6 +3,7 @@
 // and in its controls' texts and colours, and every control is looked up
 // by name at each use.
 #include "toolkit/Label.h"
+#include "toolkit/Menu.h"
 #include "toolkit/PushButton.h"
 #include "toolkit/Ref.h"
 #include "toolkit/Timer.h"
@@ -36,6 +37,21 @@ class Window1 : public tk::Window {
   virtual void PushButton1_Action(tk::PushButton& sender);  // BINGO CALLER
   virtual void PushButton2_Action(tk::PushButton& sender);  // NEXT NUMBER
   virtual void Timer1_Action(tk::Timer& sender);            // the flash
+
+  // Menu accessors: the items of the window's menu bar, looked up by name
+  // at each use. Nothing of the game calls them; they are how the window
+  // reaches its menu items.
+  tk::Ref<tk::MenuItem> EditMenu() { return tk::WindowMenuItem<tk::MenuItem>(*this, "EditMenu"); }
+  tk::Ref<tk::MenuItem> EditSelectAll() { return tk::WindowMenuItem<tk::MenuItem>(*this, "EditSelectAll"); }
+  tk::Ref<tk::MenuItem> EditSeparator2() { return tk::WindowMenuItem<tk::MenuItem>(*this, "EditSeparator2"); }
+  tk::Ref<tk::MenuItem> EditClear() { return tk::WindowMenuItem<tk::MenuItem>(*this, "EditClear"); }
+  tk::Ref<tk::MenuItem> EditPaste() { return tk::WindowMenuItem<tk::MenuItem>(*this, "EditPaste"); }
+  tk::Ref<tk::MenuItem> EditCopy() { return tk::WindowMenuItem<tk::MenuItem>(*this, "EditCopy"); }
+  tk::Ref<tk::MenuItem> EditCut() { return tk::WindowMenuItem<tk::MenuItem>(*this, "EditCut"); }
+  tk::Ref<tk::MenuItem> EditSeparator1() { return tk::WindowMenuItem<tk::MenuItem>(*this, "EditSeparator1"); }
+  tk::Ref<tk::MenuItem> EditUndo() { return tk::WindowMenuItem<tk::MenuItem>(*this, "EditUndo"); }
+  tk::Ref<tk::MenuItem> FileMenu() { return tk::WindowMenuItem<tk::MenuItem>(*this, "FileMenu"); }
+  tk::Ref<tk::QuitMenuItem> FileQuit() { return tk::WindowMenuItem<tk::QuitMenuItem>(*this, "FileQuit"); }
 
   // Game methods.
   virtual void NumbersReset();

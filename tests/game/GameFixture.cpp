@@ -10,16 +10,6 @@ void PrintTo(const Snapshot& s, std::ostream* os) {
       << "', yellow " << s.yellow.size() << ", grey " << s.grey.size() << ", howMany " << s.howMany << "}";
 }
 
-std::uint64_t ScriptedEntropy::Next64() {
-  if (words.empty()) {
-    ADD_FAILURE() << "the draw asked for more random numbers than the script holds";
-    throw tk::RuntimeException("script exhausted");
-  }
-  const std::uint64_t w = words.front();
-  words.pop_front();
-  return w;
-}
-
 tk::Integer GameTest::Answer(const tk::String& text, tk::Integer style, const tk::String& title) {
   questions.push_back({text, style, title, Module1::HowManyNumbersGone, window ? window->NumbersGone()->Text() : ""});
   if (answers.empty()) {
@@ -31,12 +21,9 @@ tk::Integer GameTest::Answer(const tk::String& text, tk::Integer style, const tk
   return a;
 }
 
-// A draw that turns out exactly as listed: number k becomes the word k - 1,
-// which InRange(0, 89) returns unchanged.
 std::unique_ptr<tk::EntropySource> GameTest::NextSource() {
-  if (draws_.empty()) return tk::MakeSystemEntropy();
-  auto source = std::make_unique<ScriptedEntropy>();
-  for (tk::Integer k : draws_.front()) source->words.push_back(static_cast<std::uint64_t>(k - 1));
+  if (draws_.empty()) return source_.Previous() ? source_.Previous()() : tk::MakeSystemEntropy();
+  auto source = tests::Dictate(draws_.front());
   draws_.pop_front();
   return source;
 }

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/Draws.h"
 #include "toolkit/Dispatch.h"
 #include "toolkit/MsgBox.h"
 #include "toolkit/Random.h"
@@ -41,31 +42,15 @@ struct Question {
   std::string goneWhileAsked;
 };
 
-// An entropy source that yields the given words, then fails the test.
-struct ScriptedEntropy : tk::EntropySource {
-  std::deque<std::uint64_t> words;
-  std::uint64_t Next64() override;
-};
-
-// 1..90 in a fixed, scrambled order (37 is prime to 90), and the same
-// order shifted by one.
-inline std::vector<tk::Integer> OrderA() {
-  std::vector<tk::Integer> order;
-  for (tk::Integer i = 0; i < 90; ++i) order.push_back((i * 37) % 90 + 1);
-  return order;
-}
-inline std::vector<tk::Integer> OrderB() {
-  std::vector<tk::Integer> order = OrderA();
-  std::rotate(order.begin(), order.begin() + 1, order.end());
-  return order;
-}
+using tests::OrderA;
+using tests::OrderB;
 
 class GameTest : public ::testing::Test {
  protected:
   void TearDown() override;
 
   // Opens the window. Each given draw is dictated to the next new Random,
-  // in turn; with none, the system's generator draws.
+  // in turn; after them, the fixed draws of every test (tests/Draws.h).
   void Open(std::vector<std::vector<tk::Integer>> draws = {});
   void Press() { window->PushButton2()->Push(); }
   void Reset() { window->PushButton3()->Push(); }

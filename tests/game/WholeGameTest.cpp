@@ -5,6 +5,7 @@
 #include "engine/Module1.h"
 #include "tests/game/GameFixture.h"
 #include "tests/tables/Tables.h"
+#include "toolkit/Application.h"
 #include "toolkit/Strings.h"
 
 namespace testgame {
@@ -85,8 +86,12 @@ TEST_F(WholeGameTest, AWholeGamePressByPressThenYesLaysTheNextDraw) {
   ExpectAfterPress(Look(), OrderA(), 0);
 }
 
-TEST_F(WholeGameTest, AtTheEndNoQuitsAndAnyOtherAnswerDoesNothing) {
-  for (tk::Integer answer : {tk::kAnswerNo, tk::Integer{0}}) {
+// No asks the application to end, with status 0; any other answer does
+// nothing at all.
+TEST_F(WholeGameTest, AtTheEndNoQuitsWithStatusZeroAndAnyOtherAnswerDoesNothing) {
+  std::vector<tk::Integer> ended;
+  const tk::ScopedHook quit(tk::SetQuitRequester, [&](tk::Integer status) { ended.push_back(status); });
+  for (tk::Integer answer : {tk::Integer{0}, tk::kAnswerNo}) {
     Open({OrderA()});
     for (int i = 0; i < 89; ++i) Press();
     answers.push_back(answer);
@@ -95,6 +100,7 @@ TEST_F(WholeGameTest, AtTheEndNoQuitsAndAnyOtherAnswerDoesNothing) {
     EXPECT_EQ(s.gone, "90");
     EXPECT_EQ(s.howMany, 90) << "nothing runs after answer " << answer;
     EXPECT_EQ(s.yellow.size(), 90u);
+    EXPECT_EQ(ended, answer == tk::kAnswerNo ? std::vector<tk::Integer>{0} : std::vector<tk::Integer>{});
   }
   EXPECT_TRUE(failures.empty()) << "ending is not a failure";
   // A further press would read past the draw: it fails at once, before any
@@ -106,20 +112,24 @@ TEST_F(WholeGameTest, AtTheEndNoQuitsAndAnyOtherAnswerDoesNothing) {
   EXPECT_EQ(failures[0].className, "OutOfBoundsException");
 }
 
-// RESET mid-game with the fifth number at black: No changes nothing; Yes
-// lays a new game and leaves the flash blinking 0 until the next press.
+// RESET mid-game with the fifth number at black: No, or a dialog closed
+// any other way, changes nothing; Yes lays a new game and leaves the flash
+// blinking 0 until the next press.
 TEST_F(WholeGameTest, ResetAsksFirstAndYesLeavesTheFlashRunning) {
   Open({OrderA(), OrderB()});
   for (int i = 0; i < 5; ++i) Press();
   Tick();
   const Snapshot before = Look();
   ASSERT_EQ(before.mainColor, kBlack);
-  answers.assign({tk::kAnswerNo, tk::kAnswerYes});
-  Reset();
-  EXPECT_EQ(Look(), before);
-  ASSERT_EQ(questions.size(), 1u);
+  answers.assign({tk::kAnswerNo, tk::Integer{0}, tk::kAnswerYes});
+  for (int i = 0; i < 2; ++i) {
+    Reset();
+    EXPECT_EQ(Look(), before);
+  }
+  ASSERT_EQ(questions.size(), 2u);
   EXPECT_EQ(questions[0].text, "RESET - Are you sure?");
   EXPECT_EQ(questions[0].style, 36);
+  EXPECT_EQ(questions[0].title, "");
 
   Reset();
   const Snapshot s = Look();
@@ -146,7 +156,7 @@ TEST_F(DrawTest, TheOrderIsExactlyWhatTheSourceDictatesRejectionsIncluded) {
   // 90 (the 17th word from the top, 89 modulo 90), 7, 3, then 1 to 89 with
   // 7 and 3 skipped, ending on the last word.
   constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
-  auto source = std::make_unique<ScriptedEntropy>();
+  auto source = std::make_unique<tests::ScriptedEntropy>();
   source->words = {kMax, kMax - 15, kMax - 16, 6, 6, 2, 89, 6, 2};
   std::vector<tk::Integer> expected = {90, 7, 3};
   for (tk::Integer n = 1; n <= 89; ++n) {
@@ -177,7 +187,7 @@ TEST_F(FailureRouteTest, AFailureMidPressIsReportedOnceAndLeavesTheEarlierStepsS
   EXPECT_EQ((std::vector{s.main, s.gone, s.last}), (std::vector{third, "3"s, std::to_string(OrderA()[1])}))
       << "steps before the failure stay done";
   EXPECT_TRUE(s.yellow.count(OrderA()[2]));
-  EXPECT_NE(s.call, "") << "the call of the second number is still shown";
+  EXPECT_EQ(s.call, tables::kCalls[std::size_t(OrderA()[1] - 1)]) << "the call of the second number still stands";
   EXPECT_EQ(s.howMany, 2) << "steps after it are not taken";
 
   Module1::nickname = calls;

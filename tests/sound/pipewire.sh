@@ -55,7 +55,7 @@ press_heard() {
   kill -INT "$recorder"
   wait "$recorder"
   lame --quiet --decode "$resources/vocal$number.mp3" "$work/clip.wav"
-  /usr/bin/python3 "$here/match.py" "$work/heard.wav" "$work/clip.wav" 0.9 >"$work/match.txt" \
+  /usr/bin/python3 "$here/match.py" "$work/heard.wav" "$work/clip.wav" 0.75 >"$work/match.txt" \
     || fail "$2: the sink did not get the clip of $number ($(cat "$work/match.txt"))"
   echo "$2: heard $number at the sink, $(cat "$work/match.txt")"
 }

@@ -44,7 +44,7 @@ for scale in 1 2; do
   until_ok 150 drawn || fail "scale $scale: no window"
   sleep 1  # the first frame reaches the screen
   protocol=$(grep -- ' -> ' "$work/program.log")
-  size() { grep -o "xdg_toplevel@[0-9]*\.set_$1_size([0-9]*, [0-9]*)" <<<"$protocol" | tail -n1 | grep -o '[0-9]*, [0-9]*'; }
+  size() { grep -oE "xdg_toplevel[@#][0-9]+\.set_$1_size\([0-9]+, [0-9]+\)" <<<"$protocol" | tail -n1 | grep -o '[0-9]*, [0-9]*'; }
   least=$(size min) largest=$(size max)
   [ -n "$least" ] && [ "$least" = "$largest" ] || fail "scale $scale: the window may be resized (least $least, largest $largest)"
   width=${least%,*} height=${least#*, }

@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Press to sound through PipeWire: from the key event to the clip's first
+# samples at the sink, on a private PipeWire (server, session manager and
+# PulseAudio service, a null sink) and a private Xvfb. For each program:
+# one run of 60 presses (the median and 95th percentile are over all of
+# them), and 10 more runs of one press each (the first press of a run, 11
+# in all). Programs are measured one after the other in the same session.
+#
+# usage: bench/speed/sound.sh LABEL=COMMAND...
+#   e.g. bench/speed/sound.sh now=build/bench/Calloquin/bin/calloquin \
+#          "pulse=env SDL_AUDIODRIVER=pulseaudio build/bench/Calloquin/bin/calloquin"
+# Needs bench_xprobe (bench/speed/run.sh builds it) and the packages of
+# scripts/install-deps.sh.
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+repo=$(cd "$here/../.." && pwd)
+if [ -z "${CALLOQUIN_PRIVATE_BUS:-}" ]; then
+  exec dbus-run-session -- env CALLOQUIN_PRIVATE_BUS=1 bash "$0" "$@"
+fi
+xprobe=${BENCH_BIN:-$repo/build/bench/bench/speed}/bench_xprobe
+set +e
+. "$repo/tests/common.sh"
+. "$repo/tests/sound/pipewire-lib.sh"
+unset SDL_AUDIODRIVER
+xvfb=
+on_exit() { pipewire_down; [ -n "$xvfb" ] && kill "$xvfb"; }
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$work/display" 2>/dev/null &
+xvfb=$!
+until_ok 100 test -s "$work/display" || fail "Xvfb did not start"
+export DISPLAY=":$(cat "$work/display")"
+pipewire_up
+echo "PipeWire $(pipewire --version | sed -n "s/^Linked with libpipewire //p"), $(. /etc/os-release && echo "$PRETTY_NAME")"
+
+# One run: the program, then the probe once its window is up.
+run() {  # presses, command...
+  local presses=$1; shift
+  "$@" 2>"$work/program.log" &
+  app_pid=$!
+  "$xprobe" sound --sink "$sink" --presses "$presses" --wait-ms 1500 "display=$DISPLAY,name=Calloquin"
+  local status=$?
+  kill "$app_pid" 2>/dev/null
+  wait "$app_pid" 2>/dev/null
+  app_pid=
+  return "$status"
+}
+
+for target in "$@"; do
+  label=${target%%=*}
+  read -r -a command <<<"${target#*=}"
+  long=$(run 60 "${command[@]}") || fail "$label: $long"
+  firsts=$(sed -n 's/.* first=\([0-9.]*\).*/\1/p' <<<"$long")
+  for _ in $(seq 10); do
+    one=$(run 1 "${command[@]}") || fail "$label: $one"
+    firsts="$firsts $(sed -n 's/.* first=\([0-9.]*\).*/\1/p' <<<"$one")"
+  done
+  /usr/bin/python3 - "$label" "$long" $firsts <<'EOF'
+import statistics, sys
+label, long, firsts = sys.argv[1], sys.argv[2], [float(x) for x in sys.argv[3:]]
+fields = dict(f.split("=", 1) for f in long.split())
+times = [float(x) for x in fields["all"].split(",")]
+q = statistics.quantiles(times, n=20, method="inclusive")
+print(f"{label}: {len(times)} presses: median {statistics.median(times):.1f} ms, 95th percentile {q[18]:.1f} ms, "
+      f"max {max(times):.1f} ms; first press of {len(firsts)} runs: median {statistics.median(firsts):.1f} ms, "
+      f"max {max(firsts):.1f} ms")
+EOF
+done
