@@ -15,7 +15,14 @@ namespace {
 class BackdropTest : public ::testing::Test {
  protected:
   fs::path Picture() const { return bundle_.resources / "BingoOuter1.png"; }
-  void PutRealPicture() { fs::copy_file(fs::path(CALLOQUIN_BUNDLE_DIR) / "Resources" / "BingoOuter1.png", Picture()); }
+  // A picture of the window's size whose every pixel is known.
+  static QImage Pattern() {
+    QImage image(1036, 572, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) image.setPixel(x, y, qRgb(x % 256, y % 256, (x / 256) * 50 + y / 256));
+    }
+    return image;
+  }
   void PutBytes(const std::string& bytes) { std::ofstream(Picture(), std::ios::binary) << bytes; }
 
   TempBundle bundle_;
@@ -28,12 +35,12 @@ TEST_F(BackdropTest, WhatIsNoPictureGivesNilAndIsTriedAgainAndAnOpenOneIsKept) {
     EXPECT_EQ(shell::BingoOuter1(), nullptr);
     fs::remove(Picture());
   }
-  PutRealPicture();
+  ASSERT_TRUE(Pattern().save(QString::fromStdString(Picture().string()), "PNG"));
   const auto first = shell::BingoOuter1();
   ASSERT_NE(first, nullptr) << "a nil is tried again at the next call";
   EXPECT_EQ(first->Width(), 1036);
   EXPECT_EQ(first->Height(), 572);
-  EXPECT_EQ(first->Pixmap().toImage(), QImage(QString::fromStdString(Picture().string()))) << "not the pixels Qt reads";
+  EXPECT_EQ(first->Pixmap().toImage().convertToFormat(QImage::Format_RGB32), Pattern()) << "not the file's pixels";
   fs::remove(Picture());
   EXPECT_EQ(shell::BingoOuter1(), first) << "an open picture is kept for the run";
 }

@@ -98,7 +98,7 @@ TEST_F(ClipFailureTest, ExecutableUnknown) {
 }
 TEST_F(ClipFailureTest, ExecutableAtTheRoot) {  // "/" has no parent
   Walk([this](tk::Integer) { bundle_.executable = std::make_shared<tk::FolderItem>("/calloquin"); }, true,
-       "The folder above / could not be found");
+       "The folder above / could not be found: / is the top folder.");
 }
 
 // Without the sound library no clip counts as opened: a voice that is
@@ -109,6 +109,7 @@ TEST_F(ClipFailureTest, NoSoundLibrary) {
   const tk::Opened<tk::Sound> sound = tk::OpenMixerSound(ClipPath(1).string());
   ASSERT_TRUE(sound.WhyNil());
   EXPECT_EQ(sound.WhyNil()->why, "the sound library SDL2_mixer is not installed");
+  EXPECT_EQ(sound.WhyNil()->folder, "") << "the library is not looked for in the clip's folder";
   EXPECT_EQ(sound.WhyNil()->advice.rfind("Install SDL2_mixer", 0), 0u);
 }
 

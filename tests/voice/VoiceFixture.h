@@ -14,6 +14,7 @@
 #include "tests/TempBundle.h"
 #include "toolkit/Dispatch.h"
 #include "toolkit/MsgBox.h"
+#include "toolkit/Strings.h"
 #include "window/Window1.h"
 
 namespace voicetest {
@@ -35,14 +36,14 @@ inline std::shared_ptr<tk::Sound> Vocal(tk::Integer k) {
 
 // Records Play, then passes it on to the mixer's clip when there is one.
 struct RecordingSound : tk::Sound {
-  RecordingSound(std::string name, std::vector<std::string>& played, std::shared_ptr<tk::Sound> real)
-      : name(std::move(name)), played(played), real(std::move(real)) {}
+  RecordingSound(std::string name, std::function<void(const std::string&)> played, std::shared_ptr<tk::Sound> real)
+      : name(std::move(name)), played(std::move(played)), real(std::move(real)) {}
   void Play() override {
-    played.push_back(name);
+    played(name);
     if (real) real->Play();
   }
   std::string name;
-  std::vector<std::string>& played;
+  std::function<void(const std::string&)> played;
   std::shared_ptr<tk::Sound> real;
 };
 
@@ -71,11 +72,22 @@ class VoiceTest : public ::testing::Test {
     while (times-- > 0) window_.PushButton2()->Push();
   }
   void PressCaller() { window_.PushButton1()->Push(); }
+  // What the window shows, and the count of numbers gone less `ahead`.
+  std::string Shown(tk::Integer ahead = 0) {
+    Window1& w = window_;
+    const tk::Integer number = static_cast<tk::Integer>(tk::Val(w.MainNumber()->Text()));
+    return w.MainNumber()->Text() + "|" + w.NumbersGone()->Text() + "|" + w.LastNumber()->Text() + "|" +
+           w.LastNumber1()->Text() + "|" + w.LastNumber2()->Text() + "|" + w.Label3()->Text() + "|" +
+           std::to_string(w.MainNumber()->TextColor()) + "|" + std::to_string(w.Timer1()->IsRunning()) + "|" +
+           std::to_string(number > 0 ? w.n1(number - 1)->TextColor() : 0) + "|" +
+           std::to_string(Module1::HowManyNumbersGone - ahead);
+  }
 
   TempBundle bundle_;
   Window1 window_;
   bool realFiles_ = false;
   std::vector<std::string> opened_, played_;
+  std::vector<std::string> shownAtPlay_;  // what the window showed as each clip started
   std::vector<tk::FailureReport> reports_;
   int questions_ = 0;
 
@@ -84,7 +96,10 @@ class VoiceTest : public ::testing::Test {
     opened_.push_back(fs::path(path).filename().string());
     tk::Opened<tk::Sound> real;
     if (realFiles_ && !(real = tk::OpenMixerSound(path))) return real;  // the mixer judges the file
-    return std::make_shared<RecordingSound>(opened_.back(), played_, real);
+    return std::make_shared<RecordingSound>(opened_.back(), [this](const std::string& name) {
+      played_.push_back(name);
+      shownAtPlay_.push_back(Shown());
+    }, real);
   }
   tk::ScopedHook<tk::SoundOpener> opener_{tk::SetSoundOpener, [this](const tk::String& path) { return Open(path); }};
   tk::ScopedHook<tk::FailureReporter> reporter_{tk::SetFailureReporter,
