@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <deque>
 #include <memory>
 #include <vector>
@@ -29,16 +28,14 @@ struct ScriptedEntropy : tk::EntropySource {
   }
 };
 
-// A draw that turns out exactly as listed: number k becomes the word k - 1,
-// which InRange(0, 89) returns unchanged.
+// Number k becomes the word k - 1, which InRange(0, 89) returns unchanged.
 inline std::unique_ptr<tk::EntropySource> Dictate(const std::vector<tk::Integer>& order) {
   auto source = std::make_unique<ScriptedEntropy>();
   for (tk::Integer k : order) source->words.push_back(static_cast<std::uint64_t>(k - 1));
   return source;
 }
 
-// 1..90 in a fixed, scrambled order (37 is prime to 90), and the same
-// order turned by some places.
+// 1..90 in a fixed, scrambled order (37 is prime to 90), turned by some places.
 inline std::vector<tk::Integer> OrderA(long turn = 0) {
   std::vector<tk::Integer> order;
   for (tk::Integer i = 0; i < 90; ++i) order.push_back((i * 37) % 90 + 1);

@@ -17,12 +17,10 @@ namespace {
 constexpr std::uint64_t kDraws = 10000;
 
 TEST(Fairness, TheSystemGeneratorPassesEveryTestAtOnePercent) {
-  // At 1% each, five tests on a fair generator fail one batch in twenty:
-  // far too often for a build. A test that fails is therefore run again on
-  // fresh draws, twice, and only one that fails all three batches fails
-  // here. For a fair generator that is at most 5 x 0.01^3, 5 in a million;
-  // a real bias drives the p-value to nothing in every batch and still
-  // fails. The first batch's p-values are reported.
+  // At 1% each, five tests on a fair generator fail one batch in twenty.
+  // A test that fails is run again on fresh draws, twice, and fails here
+  // only if it fails all three: 5 in a million for a fair generator, while
+  // a real bias fails every batch. The first batch's p-values are reported.
   const tk::ScopedHook system(tk::Random::SetSourceFactory, tk::Random::SourceFactory());
   std::vector<TestResult> first;
   std::set<std::size_t> failing = {0, 1, 2, 3, 4};

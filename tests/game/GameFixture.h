@@ -4,7 +4,6 @@
 // instead of shown, and the draw can be dictated as a list of numbers.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <deque>
 #include <memory>
 #include <set>
@@ -14,7 +13,6 @@
 #include "tests/Draws.h"
 #include "toolkit/Dispatch.h"
 #include "toolkit/MsgBox.h"
-#include "toolkit/Random.h"
 #include "toolkit/ScopedHook.h"
 #include "window/Window1.h"
 

@@ -13,19 +13,20 @@
 namespace testgame {
 namespace {
 
+// How many pixels of the rectangle pass the test.
+template <class Test>
+int Count(QRect area, Test test) {
+  int n = 0;
+  for (int y = area.top(); y <= area.bottom(); ++y)
+    for (int x = area.left(); x <= area.right(); ++x) n += test(x, y);
+  return n;
+}
+
 // Pixels of exactly that colour inside the named label's rectangle.
-int Pixels(const QImage& shot, const char* label, QRgb colour) {
-  for (const auto& l : tables::kPanel) {
-    if (std::string(l.name) != label) continue;
-    const QRect area = QRect(int(l.left), int(l.top), int(l.width), int(l.height)) & shot.rect();
-    int n = 0;
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-      for (int x = area.left(); x <= area.right(); ++x) n += (shot.pixel(x, y) & 0xFFFFFF) == colour;
-    }
-    return n;
-  }
-  ADD_FAILURE() << "no label " << label;
-  return 0;
+int Pixels(const QImage& shot, std::string_view label, QRgb colour) {
+  const auto l = *std::ranges::find_if(tables::kPanel, [&](const tables::Label& p) { return p.name == label; });
+  const QRect area = QRect(int(l.left), int(l.top), int(l.width), int(l.height)) & shot.rect();
+  return Count(area, [&](int x, int y) { return (shot.pixel(x, y) & 0xFFFFFF) == colour; });
 }
 
 QImage Shot(Window1& window) { return window.Content()->grab().toImage().convertToFormat(QImage::Format_RGB32); }
@@ -36,11 +37,7 @@ int Stale(QWidget* top) {
   const QImage screen = top->screen()->grabWindow(top->winId()).toImage().convertToFormat(QImage::Format_RGB32);
   const QImage whole = top->grab().toImage().convertToFormat(QImage::Format_RGB32);
   if (screen.size() != whole.size()) return -1;
-  int stale = 0;
-  for (int y = 0; y < whole.height(); ++y) {
-    for (int x = 0; x < whole.width(); ++x) stale += screen.pixel(x, y) != whole.pixel(x, y);
-  }
-  return stale;
+  return Count(whole.rect(), [&](int x, int y) { return screen.pixel(x, y) != whole.pixel(x, y); });
 }
 
 using PaintTest = GameTest;

@@ -71,11 +71,9 @@ TEST_F(WholeGameTest, AWholeGamePressByPressThenYesLaysTheNextDraw) {
   answers.push_back(tk::kAnswerYes);
   Press();
   ASSERT_EQ(questions.size(), 2u);
-  EXPECT_EQ(questions[1].text, "All 90 have numbers gone?" + tk::EndOfLine() + "New Game? - Yes/No");
-  EXPECT_EQ(questions[1].style, 36);
-  EXPECT_EQ(questions[1].title, "");
-  EXPECT_EQ(questions[1].howManyWhileAsked, 90) << "the question stands over the 90th number";
-  EXPECT_EQ(questions[1].goneWhileAsked, "90");
+  const Question& q = questions[1];  // asked over the 90th number
+  EXPECT_EQ(std::tuple(q.text, q.style, q.title, q.howManyWhileAsked, q.goneWhileAsked),
+            std::tuple("All 90 have numbers gone?" + tk::EndOfLine() + "New Game? - Yes/No", 36, "", 90, "90"));
 
   s = Look();
   ExpectNewGame(s);
@@ -127,9 +125,8 @@ TEST_F(WholeGameTest, ResetAsksFirstAndYesLeavesTheFlashRunning) {
     EXPECT_EQ(Look(), before);
   }
   ASSERT_EQ(questions.size(), 2u);
-  EXPECT_EQ(questions[0].text, "RESET - Are you sure?");
-  EXPECT_EQ(questions[0].style, 36);
-  EXPECT_EQ(questions[0].title, "");
+  EXPECT_EQ(std::tuple(questions[0].text, questions[0].style, questions[0].title),
+            std::tuple("RESET - Are you sure?", 36, ""));
 
   Reset();
   const Snapshot s = Look();

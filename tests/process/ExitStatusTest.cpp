@@ -20,10 +20,9 @@ std::pair<std::string, int> RunScripted(const QStringList& arguments) {
 }
 
 TEST(ExitStatus, AQuitRequestFromTheSystemIsNeverRefused) {
-  // In mid-game, the presses go on after the request: a program that
-  // refused it would play the game out and be asked at its end. While the
-  // end question stands unanswered, a refusal would leave it standing. Both
-  // end where they stand, as File > Quit does, through the finalizers.
+  // Presses go on after a request in mid-game, and a refusal would play the
+  // game out; with the end question standing, it would leave it standing.
+  // Both end where they stand, through the finalizers.
   EXPECT_EQ(RunScripted({QStringLiteral("no"), QStringLiteral("10")}),
             std::pair(std::string("quit requested with press 10\nfinalized\nexit 0 after 10 presses\n"), 0));
   EXPECT_EQ(RunScripted({QStringLiteral("dialog"), QStringLiteral("90")}),

@@ -1,10 +1,8 @@
-// The real program, start-up to exit, with the operator replaced by a
-// script: NEXT NUMBER is pressed from the event loop over and over, and the
-// end question is answered No ("dialog" as the first argument leaves the
-// real question standing, unanswered). A second argument N has the system
-// ask the application to quit with the Nth press, as a logout or the Dock's
-// Quit does. Prints what it saw, and that the finalizers ran; its exit
-// status is the program's.
+// The real program, start-up to exit, with NEXT NUMBER pressed from the
+// event loop over and over and the end question answered No ("dialog" as
+// the first argument leaves it standing, unanswered). A second argument N
+// has the system ask the application to quit with the Nth press, as a
+// logout does. Prints what it saw; its exit status is the program's.
 #include <QCoreApplication>
 #include <QEvent>
 #include <QString>
@@ -13,7 +11,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "engine/Module1.h"
 #include "shell/Startup.h"
 #include "toolkit/Application.h"
 #include "toolkit/MsgBox.h"
@@ -22,11 +19,9 @@
 int main(int argc, char** argv) {
   const int quitWith = argc > 2 ? QString::fromLatin1(argv[2]).toInt() : 0;
   int presses = 0;
-  if (std::strcmp(argc > 1 ? argv[1] : "", "dialog") != 0) tk::SetMsgBoxAnswerer([&](const tk::String&, tk::Integer, const tk::String&) {
-    std::printf("asked after %d presses with %lld gone\n", presses, static_cast<long long>(Module1::HowManyNumbersGone));
-    std::fflush(stdout);
-    return tk::kAnswerNo;
-  });
+  if (std::strcmp(argc > 1 ? argv[1] : "", "dialog") != 0) {
+    tk::SetMsgBoxAnswerer([](const tk::String&, tk::Integer, const tk::String&) { return tk::kAnswerNo; });
+  }
   // Presses come from the event loop, as a person's would.
   QTimer presser;
   QObject::connect(&presser, &QTimer::timeout, [&] {

@@ -13,19 +13,16 @@
 namespace voicetest {
 namespace {
 
-// Memory the process holds, in kB: the peak resident size, or under the
-// sanitizer, which keeps freed memory back on purpose, what is allocated
-// (its runtime, when linked in, has the call).
+// Memory the process holds, in kB: under the sanitizer, which keeps freed
+// memory back on purpose, what is allocated; else the peak resident size.
 extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
 long HeldKb() {
-  if (__sanitizer_get_current_allocated_bytes != nullptr) {
-    return static_cast<long>(__sanitizer_get_current_allocated_bytes() / 1024);
-  }
+  if (__sanitizer_get_current_allocated_bytes != nullptr) return long(__sanitizer_get_current_allocated_bytes() / 1024);
   std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.rfind("VmHWM:", 0) == 0) return std::stol(line.substr(6));
+  std::string line;
+  while (std::getline(status, line) && line.rfind("VmHWM:", 0) != 0) {
   }
-  return -1;
+  return line.empty() ? -1 : std::stol(line.substr(6));
 }
 
 using SoakTest = VoiceTest;
@@ -40,7 +37,7 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerFailNothingAndKeepMemoryFlat) {
     return tk::OpenMixerSound(path);
   });
 
-  std::mt19937 rng(20240611);  // the driver's choices only; the draws are the system's
+  std::mt19937 rng(20240611);  // the driver's choices; the draws are the tests' own (tests/Draws.h)
   bool resetAnswer = false;
   int endQuestions = 0;
   const tk::ScopedHook answerer(tk::SetMsgBoxAnswerer, [&](const tk::String& text, tk::Integer, const tk::String&) {
@@ -55,17 +52,15 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerFailNothingAndKeepMemoryFlat) {
     if (roll < 20) PressCaller();
     if (roll >= 20 && roll < 30) {
       resetAnswer = roll % 2 == 0;
-      window_.PushButton3()->Push();
+      window->PushButton3()->Push();
     }
     PressNext();
     if (press == 100 * 90) baseline = HeldKb();
   }
-  EXPECT_TRUE(reports_.empty()) << reports_.size() << " failures, the first " << tk::OneLine(reports_.front());
+  EXPECT_TRUE(failures.empty()) << failures.size() << " failures, the first " << tk::OneLine(failures.front());
   EXPECT_GT(endQuestions, games / 2);
   EXPECT_EQ(opened_.size(), 90u) << "each clip is opened once, however many games";
-  if (games > 100) {
-    EXPECT_LE(HeldKb() - baseline, 2048) << "memory grew after game 100";
-  }
+  if (games > 100) EXPECT_LE(HeldKb() - baseline, 2048) << "memory grew after game 100";
 }
 
 }  // namespace

@@ -80,7 +80,7 @@ class OverlapTest : public VoiceTest {
 
 TEST_F(OverlapTest, QuickSecondPressStartsBesideTheFirstClip) {
   realFiles_ = true;
-  const auto draw = Draw();
+  const auto draw = Look().draw;
   PutClip(draw[0], 440);
   PutClip(draw[1], 1000);
   PressCaller();
@@ -91,7 +91,7 @@ TEST_F(OverlapTest, QuickSecondPressStartsBesideTheFirstClip) {
   PressNext();
   ReadUntil(left_.size() + 3 * kSecond);
 
-  EXPECT_TRUE(reports_.empty());
+  EXPECT_TRUE(failures.empty());
   EXPECT_EQ(played_, (std::vector{ClipName(draw[0]), ClipName(draw[1])}));
   const double perSecond = static_cast<double>(kSecond) / kWindow;
   EXPECT_GT(Windows(440, 1000), 0.8 * perSecond) << "the clips sound together";
