@@ -50,6 +50,8 @@ TEST(Dispatch, AReportSaysWhatFailedWhyAndWhatToDoAndKeepsTheTechnicalPartApart)
   report.cause.reset();  // nothing known but the exception
   const tk::FailureText plain = tk::Describe(report);
   EXPECT_EQ(plain.headline, "Calloquin could not finish what it was doing.");
+  EXPECT_EQ(plain.informative, "An unexpected failure stopped it part way. If it happens again, start Calloquin "
+                               "again; the details name the failure for whoever looks into it.");
   EXPECT_EQ(plain.details, "NilObjectException: An object reference was nil.");
   EXPECT_EQ(tk::OneLine(report), "Calloquin: unhandled NilObjectException: An object reference was nil.");
 }

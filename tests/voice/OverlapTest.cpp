@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <cmath>
-#include <cstring>
 #include <numbers>
 #include <thread>
 
@@ -43,20 +42,14 @@ class OverlapTest : public VoiceTest {
     fs::remove(pipe_);
     VoiceTest::TearDown();
   }
-  void ReadUntil(std::size_t frames) {  // keeps the first channel
-    constexpr std::size_t kFrameBytes = 2 * static_cast<std::size_t>(tk::kMixerChannels);
+  void ReadUntil(std::size_t frames) {  // the mix is 16-bit mono
     while (left_.size() < frames) {
       pollfd p{fd_, POLLIN, 0};
       ASSERT_EQ(poll(&p, 1, 20000), 1) << "no output from the mixer";
-      char bytes[8192];
-      const ssize_t n = read(fd_, bytes, sizeof bytes);
+      std::int16_t samples[4096];  // more than the pipe holds: each read takes whole writes, whole samples
+      const ssize_t n = read(fd_, samples, sizeof samples);
       ASSERT_GT(n, 0);
-      pending_.append(bytes, static_cast<std::size_t>(n));
-      for (; pending_.size() >= kFrameBytes; pending_.erase(0, kFrameBytes)) {
-        std::int16_t s;
-        std::memcpy(&s, pending_.data(), 2);
-        left_.push_back(s);
-      }
+      left_.insert(left_.end(), samples, samples + n / 2);
     }
   }
   // Whether a tone sounds in the window at `at` (Goertzel; the clips peak near 9800).
@@ -74,7 +67,6 @@ class OverlapTest : public VoiceTest {
 
   fs::path pipe_;
   int fd_ = -1;
-  std::string pending_;
   std::vector<double> left_;
 };
 

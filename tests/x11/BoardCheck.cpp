@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QRect>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "window/LayoutData.h"
@@ -22,30 +23,22 @@ int main(int argc, char** argv) {
   }
   const int below = shot.height() - height;  // whatever lies above the content area
 
-  QRect cells[90];
-  QRect board;
+  QRect cells[90], board;
   for (int i = 0; i < 90; ++i) {
     const layout::LabelLayout c = layout::Cell(i);
-    cells[i] = QRect(static_cast<int>(c.left), static_cast<int>(c.top) + below, static_cast<int>(c.width),
-                     static_cast<int>(c.height));
-    board |= cells[i];
+    board |= cells[i] = QRect(int(c.left), int(c.top) + below, int(c.width), int(c.height));
   }
-  int yellow[90] = {};
+  long yellow[90] = {};
   long stray = 0;
   for (int y = board.top(); y <= board.bottom(); ++y) {
     for (int x = board.left(); x <= board.right(); ++x) {
       if ((shot.pixel(x, y) & 0xFFFFFF) != 0xFFFF00) continue;
-      int i = 0;
-      while (i < 90 && !cells[i].contains(x, y)) ++i;
-      if (i < 90) {
-        ++yellow[i];
-      } else {
-        ++stray;
-      }
+      const auto cell = std::find_if(cells, cells + 90, [&](const QRect& r) { return r.contains(x, y); });
+      ++(cell != cells + 90 ? yellow[cell - cells] : stray);
     }
   }
   int called = 0;
-  for (int count : yellow) called += count > 0;
+  for (long count : yellow) called += count > 0;
   std::printf("called %d stray %ld\n", called, stray);
   for (int i = 0; i < 90; ++i) {
     if (yellow[i] > 0) std::printf("%d\n", i + 1);
