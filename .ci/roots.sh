@@ -165,6 +165,27 @@ run_command_shows_window() {
   [ "$status" -eq 0 ] || { echo "ci: the program ended with status $status"; return 1; }
 }
 
+# The .deb of the test command (built in $dir, dated by the commit) made
+# again by the README's way from a clone in another folder, a little later
+# and with a clip cache of its own: the same commit must give the same bytes.
+reproducible_deb() {
+  local r=$1 dir=$2 again=$2-again
+  clone_into "$r" "$again" root
+  sleep 2
+  in_root "$r" root "$again" 'export SOURCE_DATE_EPOCH=$(git log -1 --format=%ct) &&
+    cmake --preset release >/dev/null && cmake --build --preset release >/dev/null &&
+    cd build/release && cpack -G DEB >/dev/null' || return 1
+  local first second
+  first=$(ls "$r$dir"/build/release/calloquin_*.deb) second=$(ls "$r$again"/build/release/calloquin_*.deb)
+  if ! cmp "$first" "$second"; then
+    diff <(dpkg-deb -c "$first") <(dpkg-deb -c "$second") | head -n 20
+    diff <(cd "$r$dir" && find build/release/Calloquin -type f -exec md5sum {} + | sort -k2) \
+      <(cd "$r$again" && find build/release/Calloquin -type f -exec md5sum {} + | sort -k2) | head -n 20
+    return 1
+  fi
+  echo "ci: $(basename "$first") is the same bytes built twice ($(md5sum <"$first" | cut -c1-12))"
+}
+
 xvfb_pid=
 cleanup_all() {
   local status=$?

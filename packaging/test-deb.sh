@@ -1,6 +1,7 @@
 #!/bin/bash
 # Builds the .deb in build/release (the run command's build, made for /usr)
-# and has lintian check it: any error or warning fails. Then installs it
+# and in build/plain (a plain configure), has lintian check both (any error
+# or warning fails), and checks the release program's hardening. Then installs it
 # with apt, plays a few numbers on the installed program under Xvfb (the
 # called cells must turn yellow on a screenshot), started as its desktop
 # entry starts it, ends it with Ctrl+Q and removes the package, checking
@@ -18,11 +19,34 @@ check=$(realpath "$1")
 if [ -z "${SOURCE_DATE_EPOCH:-}" ] && epoch=$(git log -1 --format=%ct 2>/dev/null); then
   export SOURCE_DATE_EPOCH=$epoch
 fi
+# Two packages, each checked by lintian (its errors and warnings fail, its
+# informational and pedantic notes are shown): the README's, and one from a
+# plain configure (prefix /usr/local, no build type), whose desktop entry
+# must still start the program the package installs.
+command -v lintian >/dev/null || { echo "FAIL: lintian is not installed (scripts/install-deps.sh installs it)"; exit 1; }
+package() {  # build folder; makes the .deb there and leaves its path in $deb
+  (cd "$1" && rm -f calloquin_*.deb && cpack -G DEB >/dev/null)
+  deb=$(ls "$1"/calloquin_*.deb)
+  echo "built $deb"
+  local lint_status=0 report
+  report=$(lintian --display-info --pedantic --fail-on none "$deb" 2>&1) || lint_status=$?
+  [ -z "$report" ] || sed 's/^/  lintian: /' <<<"$report"
+  if [ "$lint_status" -ne 0 ] || grep -q '^[EW]: ' <<<"$report"; then
+    echo "FAIL: lintian finds errors or warnings in $deb (status $lint_status)"
+    exit 1
+  fi
+  local exec_line
+  exec_line=$(dpkg-deb --fsys-tarfile "$deb" | tar -xO ./usr/share/applications/org.calloquin.calloquin.desktop | grep '^Exec=')
+  [ "$exec_line" = Exec=/usr/games/calloquin ] || { echo "FAIL: $deb's desktop entry starts $exec_line"; exit 1; }
+  echo "lintian: no errors or warnings; $exec_line"
+}
+cmake -S . -B build/plain -DCMAKE_CXX_COMPILER=clang++ -DCALLOQUIN_TESTS=OFF \
+  -DCALLOQUIN_CLIP_CACHE="$PWD/build/clips" >/dev/null
+cmake --build build/plain -j "$(nproc)" >/dev/null
+package build/plain
 cmake --preset release >/dev/null
 cmake --build --preset release -j "$(nproc)"
-(cd build/release && rm -f calloquin_*.deb && cpack -G DEB >/dev/null)
-deb=$(ls build/release/calloquin_*.deb)
-echo "built $deb"
+package build/release
 depends=$(dpkg-deb -f "$deb" Depends)
 echo "Depends: $depends"
 # Qt is linked; the platform plugins and SDL2_mixer are loaded at run time.
@@ -30,17 +54,20 @@ for p in libqt6widgets6 qt6-qpa-plugins qt6-wayland libsdl2-mixer-2.0-0; do
   [[ "$depends" == *"$p"* ]] || { echo "FAIL: the package does not depend on $p"; exit 1; }
 done
 
-# lintian's errors and warnings fail; its informational and pedantic notes
-# are shown, for whoever wants to look.
-command -v lintian >/dev/null || { echo "FAIL: lintian is not installed (scripts/install-deps.sh installs it)"; exit 1; }
-lint_status=0
-report=$(lintian --display-info --pedantic --fail-on none "$deb" 2>&1) || lint_status=$?
-[ -z "$report" ] || sed 's/^/  lintian: /' <<<"$report"
-if [ "$lint_status" -ne 0 ] || grep -q '^[EW]: ' <<<"$report"; then
-  echo "FAIL: lintian finds errors or warnings in the package (status $lint_status)"
-  exit 1
-fi
-echo "lintian: no errors or warnings"
+# Hardened as Debian's own builds are: a position-independent program with
+# read-only relocations bound at start and the stack protector; every
+# source of it compiled optimised with _FORTIFY_SOURCE (clang fortifies
+# only the calls whose buffer size it can see, so the symbols alone can't
+# tell).
+program=build/release/Calloquin/bin/calloquin
+elf=$(readelf -hldW --dyn-syms "$program")  # whole, before grep: a grep that stops early would cut readelf off
+grep -q 'Type: *DYN' <<<"$elf" || { echo "FAIL: the program is not position-independent"; exit 1; }
+grep -q GNU_RELRO <<<"$elf" || { echo "FAIL: no read-only relocations"; exit 1; }
+grep -q 'BIND_NOW\|FLAGS_1.*NOW' <<<"$elf" || { echo "FAIL: relocations not bound at start"; exit 1; }
+grep -q __stack_chk_fail <<<"$elf" || { echo "FAIL: no stack protector"; exit 1; }
+unfortified=$(grep '"command"' build/release/compile_commands.json | grep -v -- '-D_FORTIFY_SOURCE=2' | grep -c -- '-O' || true)
+[ "$unfortified" -eq 0 ] || { echo "FAIL: $unfortified optimised sources compiled without _FORTIFY_SOURCE"; exit 1; }
+echo "hardened: PIE, RELRO with BIND_NOW, the stack protector, _FORTIFY_SOURCE"
 
 if [ "$(id -u)" -eq 0 ]; then
   as_root=()

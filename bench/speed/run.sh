@@ -14,7 +14,8 @@ results=$repo/bench/RESULTS.md
 
 "$repo/scripts/install-deps.sh"
 "$repo/bench/install-deps.sh"
-cmake -S "$repo" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCALLOQUIN_WERROR=ON -DCALLOQUIN_BENCH=ON >/dev/null
+cmake -S "$repo" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCALLOQUIN_WERROR=ON -DCALLOQUIN_BENCH=ON \
+  -DCALLOQUIN_CLIP_CACHE="$repo/build/clips" >/dev/null
 cmake --build "$build" >/dev/null
 cmake --build "$build" --target bench_programs >/dev/null
 
