@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that the speed benchmarks need beyond those of
 # scripts/install-deps.sh, and only those that are missing: the X extensions
-# that send keys and watch the screen, and the profilers used when a figure
+# that send keys and watch the screen, PipeWire's library that listens at a
+# sink, and the profilers used when a figure
 # needs explaining, and the recogniser that scores the voice's clips in
 # babble (bench/voice, which decodes them with ffmpeg); and g++, the
 # compiler the speed figures were taken with since the first round (the
 # presets use clang). CI never runs it.
 set -euo pipefail
 exec "$(dirname "$0")/../scripts/install-deps.sh" \
-  g++ libx11-dev libxtst-dev libxdamage-dev libxfixes-dev \
+  g++ libx11-dev libxtst-dev libxdamage-dev libxfixes-dev libpipewire-0.3-dev \
   linux-perf valgrind heaptrack \
   python3-pocketsphinx pocketsphinx-en-us ffmpeg

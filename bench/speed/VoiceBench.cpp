@@ -1,7 +1,8 @@
 // The voice, through the toolkit's real Sound over SDL_mixer: for each of
 // the 90 clips, the cost of its first use (opening and decoding the file)
 // and the time from Sound::Play to the first mixer buffer that holds its
-// samples, seen by a post-mix hook on SDL's audio thread. Before each Play
+// samples, seen by a post effect on SDL's audio thread (the post-mix hook is
+// the toolkit's own: it tells a device that plays from one that is lost). Before each Play
 // every channel is halted and one silent buffer is let by, so the first
 // buffer with any sound in it is this clip's.
 //
@@ -33,10 +34,10 @@ std::atomic<bool> armed{false};            // looking for the clip's first sampl
 std::atomic<Clock::rep> heardAt{0};        // when they came
 std::atomic<int> bufferBytes{0};
 
-void PostMix(void*, Uint8* stream, int len) {
+void PostMix(int /*channel*/, void* stream, int len, void* /*data*/) {
   bufferBytes = len;
   if (armed.load()) {
-    const auto* samples = reinterpret_cast<const Sint16*>(stream);
+    const auto* samples = static_cast<const Sint16*>(stream);
     for (int i = 0; i < len / 2; ++i) {
       if (samples[i] != 0) {
         heardAt = Clock::now().time_since_epoch().count();
@@ -76,7 +77,7 @@ int main(int argc, char** argv) {
     // The first clip also opens the device; that is start-up of the mixer,
     // not of the clip, and is reported apart.
     open.push_back(std::chrono::duration<double, std::milli>(opened - start).count());
-    if (k == 1) Mix_SetPostMix(PostMix, nullptr);
+    if (k == 1) Mix_RegisterEffect(MIX_CHANNEL_POST, PostMix, nullptr, nullptr);
 
     Mix_HaltChannel(-1);
     WaitBuffers(2);  // the halt has reached the mix: silence flows
