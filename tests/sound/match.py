@@ -40,7 +40,7 @@ piece, slack = rate // 20, rate // 50
 rec = np.concatenate([np.zeros(slack), rec, np.zeros(len(clip) + slack)])
 
 whole = correlations(rec, clip)
-start = None  # where the clip's first sample lies in the recording, as heard so far
+start = int(np.argmax(whole))  # where the clip's first sample lies in the recording, as heard so far
 loud = np.sqrt(np.mean(clip * clip)) / 10
 heard = total = 0
 for at in range(0, len(clip) - piece + 1, piece):
@@ -48,14 +48,15 @@ for at in range(0, len(clip) - piece + 1, piece):
     if np.sqrt(np.mean(part * part)) < loud:
         continue  # a pause: nothing to hear
     total += 1
-    # The first piece anywhere; each next one near where the one before it
-    # was found: a dropout on a busy machine shifts all that follows.
-    low = 0 if start is None else max(start + at - slack, 0)
-    high = len(rec) if start is None else start + at + piece + slack
-    found = correlations(rec[low:high], part)
-    if np.max(found) >= 0.8:
-        heard += 1
-        start = low + int(np.argmax(found)) - at
+    # Near where the piece before it was found (a dropout on a busy machine
+    # shifts all that follows), else a little further off.
+    for reach in (slack, 6 * slack):
+        low = max(start + at - reach, 0)
+        found = correlations(rec[low : start + at + piece + reach], part)
+        if len(found) and np.max(found) >= 0.8:
+            heard += 1
+            start = low + int(np.argmax(found)) - at
+            break
 share = heard / total if total else 0.0
 best = int(np.argmax(whole))
 print(f"{heard} of {total} pieces heard ({share:.2f}), the whole at {(best - slack) / rate:.3f} s "
