@@ -1,5 +1,7 @@
 #include "toolkit/KeptText.h"
 
+#include "toolkit/Control.h"
+
 #include <QGlyphRun>
 #include <QHash>
 #include <QImage>
@@ -8,13 +10,55 @@
 #include <QRawFont>
 #include <QTextLayout>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace tk {
 namespace {
+
+// The digits 0 to 9 of a font. A text of digits alone (the board's ninety
+// numbers, every number called, the count) is put together from them
+// rather than laid out: digits all have one width and nothing kerns them,
+// so the result is the layout's, glyph for glyph.
+struct Digits {
+  QGlyphRun run;
+  std::array<quint32, 10> glyph{};
+  std::array<QPointF, 10> at{};  // each digit's position when it leads the text
+  std::array<qreal, 10> advance{};
+};
+
+// The digits of a font, from the font file of its style at the size it
+// asks for. The font's own engine is never made: each size of a font would
+// have fontconfig match it afresh (the largest part of the first frame's
+// text), where a size derived from the style's one engine costs nothing.
+// The ordinary size of the style is made once, for the texts that need
+// shaping; the others are that engine at another size.
+std::optional<Digits> DigitsOf(const QFont& font) {
+  static QHash<QFont, QRawFont> styles;
+  QFont style = font;
+  style.setPixelSize(kOrdinaryTextPixels);
+  style.setUnderline(false);
+  QRawFont& base = styles[style];
+  if (!base.isValid()) base = QRawFont::fromFont(style);
+  QRawFont raw = base;
+  raw.setPixelSize(font.pixelSize());
+  const QList<quint32> glyphs = raw.glyphIndexesForString(QStringLiteral("0123456789"));
+  if (!raw.isValid() || glyphs.size() != 10 || glyphs.contains(0u)) return std::nullopt;  // a fallback font has them
+  const QList<QPointF> advances = raw.advancesForGlyphIndexes(glyphs);
+  Digits d;
+  d.run.setRawFont(raw);
+  d.run.setUnderline(font.underline());
+  for (size_t k = 0; k < 10; ++k) {
+    d.glyph[k] = glyphs[static_cast<qsizetype>(k)];
+    d.advance[k] = advances[static_cast<qsizetype>(k)].x();
+    d.at[k] = QPointF(0, raw.ascent());
+  }
+  return d;
+}
 
 struct PlacedGlyph {
   int font;         // index into the face's raw fonts (a fallback font has glyph numbers of its own)
@@ -64,6 +108,9 @@ struct KeptText::Face {
   QHash<QString, Line> lines;
   QHash<ImageKey, QImage> images;
 
+  std::optional<Digits> digits;
+  bool digitsTried = false;
+
   // Laid out for the device it is drawn on, as drawText would.
   const Line& LineOf(const QString& text, QPaintDevice* device) {
     auto it = lines.constFind(text);
@@ -72,7 +119,7 @@ struct KeptText::Face {
     // must not make the table grow without end.
     if (lines.size() >= kMaxLines) lines.clear();
     Line line;
-    LayOut(text, device, line);
+    if (!Compose(text, line)) LayOut(text, device, line);
     if (font.pixelSize() >= kBigTextPixels) {
       for (const QGlyphRun& run : line.runs) {
         const int font = RawIndex(run.rawFont());
@@ -97,6 +144,34 @@ struct KeptText::Face {
       line.width = textLine.naturalTextWidth();
       line.runs = textLine.glyphRuns();
     }
+  }
+
+  bool Compose(const QString& text, Line& line) {
+    if (text.isEmpty()) return false;
+    for (const QChar c : text) {
+      if (c < u'0' || c > u'9') return false;
+    }
+    if (!digitsTried) {
+      digitsTried = true;
+      digits = DigitsOf(font);
+    }
+    if (!digits) return false;
+    QList<quint32> glyphs;
+    QList<QPointF> positions;
+    qreal x = 0;
+    for (const QChar c : text) {
+      const auto k = static_cast<size_t>(c.unicode() - u'0');
+      glyphs.push_back(digits->glyph[k]);
+      positions.push_back(QPointF(digits->at[0].x() + x, digits->at[k].y()));
+      x += digits->advance[k];
+    }
+    QGlyphRun run = digits->run;
+    run.setGlyphIndexes(glyphs);
+    run.setPositions(positions);
+    run.setBoundingRect(QRectF());  // the digits' own, found when asked for
+    line.width = x;
+    line.runs = {run};
+    return true;
   }
 
   int RawIndex(const QRawFont& raw) {
