@@ -40,7 +40,7 @@ char* gNoArgv[] = {gName, nullptr};
 struct GuiStartWords {
   std::mutex mutex;
   std::vector<std::pair<QtMsgType, QString>> held;
-  QtMessageHandler previous = nullptr;
+  QtMessageHandler previous = nullptr;  // Qt's own when none was installed
   bool waylandPluginMissing = false;
 };
 GuiStartWords& StartWords() {
@@ -48,7 +48,7 @@ GuiStartWords& StartWords() {
   return words;
 }
 
-void HoldStartWords(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+void HoldStartWords(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
   GuiStartWords& words = StartWords();
   if (type != QtFatalMsg) {
     const std::lock_guard<std::mutex> lock(words.mutex);
@@ -56,7 +56,6 @@ void HoldStartWords(QtMsgType type, const QMessageLogContext& context, const QSt
       words.waylandPluginMissing = true;
     }
     words.held.emplace_back(type, message);
-    (void)context;
     return;
   }
   // Qt gives up only when no platform would start: there is no display.
@@ -121,13 +120,7 @@ void EnsureGui() {
                              : std::make_unique<QApplication>(gNoArgc, gNoArgv);
     // Up: Qt's words go their usual way again, those held back first.
     qInstallMessageHandler(StartWords().previous);
-    for (const auto& [type, message] : StartWords().held) {
-      if (StartWords().previous != nullptr) {
-        StartWords().previous(type, QMessageLogContext(), message);
-      } else {
-        std::fprintf(stderr, "%s\n", qPrintable(message));
-      }
-    }
+    for (const auto& [type, message] : StartWords().held) StartWords().previous(type, QMessageLogContext(), message);
     StartWords().held.clear();
     QApplication::setApplicationName(QStringLiteral("Calloquin"));
     // Matches the desktop entry, so that a desktop shows its icon and name.

@@ -27,8 +27,8 @@ namespace {
 struct Digits {
   QGlyphRun run;
   std::array<quint32, 10> glyph{};
-  std::array<QPointF, 10> at{};  // each digit's position when it leads the text
   std::array<qreal, 10> advance{};
+  qreal baseline = 0;  // from the line's top, as a layout puts it
 };
 
 // The digits of a font, from the font file of its style at the size it
@@ -52,10 +52,10 @@ std::optional<Digits> DigitsOf(const QFont& font) {
   Digits d;
   d.run.setRawFont(raw);
   d.run.setUnderline(font.underline());
+  d.baseline = raw.ascent();
   for (size_t k = 0; k < 10; ++k) {
     d.glyph[k] = glyphs[static_cast<qsizetype>(k)];
     d.advance[k] = advances[static_cast<qsizetype>(k)].x();
-    d.at[k] = QPointF(0, raw.ascent());
   }
   return d;
 }
@@ -162,7 +162,7 @@ struct KeptText::Face {
     for (const QChar c : text) {
       const auto k = static_cast<size_t>(c.unicode() - u'0');
       glyphs.push_back(digits->glyph[k]);
-      positions.push_back(QPointF(digits->at[0].x() + x, digits->at[k].y()));
+      positions.push_back(QPointF(x, digits->baseline));
       x += digits->advance[k];
     }
     QGlyphRun run = digits->run;

@@ -147,7 +147,8 @@ bool Open(const Api& mix, const String& drivers) {
   mix.SetHintWithPriority(SDL_HINT_AUDIODRIVER, drivers.empty() ? nullptr : drivers.c_str(), SDL_HINT_OVERRIDE);
   if (mix.InitSubSystem(SDL_INIT_AUDIO) != 0) return false;
   const char* driver = mix.GetCurrentAudioDriver();
-  const int frames = driver != nullptr && String(driver) == "pipewire" ? kPipeWireBufferFrames : kDeviceBufferFrames;
+  const bool pipewire = driver != nullptr && String(driver) == "pipewire";
+  const int frames = pipewire ? kPipeWireBufferFrames : kDeviceBufferFrames;
   // No allowed changes: SDL converts to the device, so the mix format, and
   // with it every clip decoded so far, stays the same across devices.
   if (mix.OpenAudioDevice(static_cast<int>(kMixerRate), AUDIO_S16SYS, static_cast<int>(kMixerChannels), frames,
@@ -159,7 +160,7 @@ bool Open(const Api& mix, const String& drivers) {
   mix.SetPostMix(Mixed, nullptr);
   State& s = S();
   s.device = OpenedDevice(mix);
-  s.server = driver != nullptr && String(driver) == "pipewire" ? PipeWireSocket() : std::nullopt;
+  s.server = pipewire ? PipeWireSocket() : std::nullopt;
   s.openedAt = Clock::now();
   return true;
 }
@@ -175,6 +176,17 @@ void OpenSilent(const Api& mix, const String& drivers) {
   s.drivers = drivers;
   s.lookedAt = Clock::now();
   s.output = Open(mix, "dummy") ? Output::Silent : Output::None;
+}
+
+// Opens the output anew through those drivers, or else the silent one.
+void Reopen(const Api& mix, const String& drivers) {
+  Close(mix);
+  if (Open(mix, drivers)) {
+    S().output = Output::Device;
+    S().hadDevice = true;
+  } else {
+    OpenSilent(mix, drivers);
+  }
 }
 
 // The first opening; on the warm-up thread or at the first clip. Touches
@@ -288,22 +300,14 @@ void BeforePlay() {
     if (!Lost(*mix)) return;
     const String driver = mix->GetCurrentAudioDriver() != nullptr ? mix->GetCurrentAudioDriver() : "";
     Say("the sound output (" + driver + ") was lost; opening it again.");
-    Close(*mix);
     // Through the same driver only: with the desktop's sound server away,
     // another would take the sound card from it for good.
-    if (!Open(*mix, driver)) OpenSilent(*mix, driver);
+    Reopen(*mix, driver);
     return;
   }
   if (s.output == Output::Silent && (s.hadDevice || Clock::now() - s.lookedAt >= kLookAgainAfter)) {
-    const String drivers = s.drivers;
-    Close(*mix);
-    if (Open(*mix, drivers)) {
-      s.output = Output::Device;
-      s.hadDevice = true;
-      Say(String("sound through ") + mix->GetCurrentAudioDriver() + " from here on.");
-    } else {
-      OpenSilent(*mix, drivers);
-    }
+    Reopen(*mix, String(s.drivers));
+    if (s.output == Output::Device) Say(String("sound through ") + mix->GetCurrentAudioDriver() + " from here on.");
   }
 }
 
