@@ -29,12 +29,6 @@ here=$(dirname "$0")
 unset SDL_AUDIODRIVER  # the program's own choice, as on a desktop
 
 resources=$(dirname "$(dirname "$program")")/Resources
-caller_switch() {
-  local HEIGHT
-  eval "$(xdotool getwindowgeometry --shell "$wid" | grep '^HEIGHT=')"
-  xdotool mousemove --window "$wid" 127 $((HEIGHT - 572 + 516)) click 1
-  xdotool windowfocus --sync "$wid"
-}
 # The numbers on the board, one per line.
 board() { import -window "$wid" -depth 8 "$work/board.ppm" 2>/dev/null && "$check" "$work/board.ppm" | tail -n +2; }
 
@@ -64,6 +58,7 @@ press_heard() {
 pipewire_up
 start "$program"
 caller_switch
+xdotool windowfocus --sync "$wid"
 press_heard 1 "a press with the caller on"
 pw-dump | /usr/bin/python3 -c '
 import json, sys
@@ -90,6 +85,7 @@ ended_with 0 "Ctrl+Q"
 pipewire_down
 start "$program"
 caller_switch
+xdotool windowfocus --sync "$wid"
 press Return
 until_ok 50 dialog_up || fail "the operator was not told that the voice can't be heard"
 grep -q 'no sound device' "$work/program.log" || fail "no line on stderr about the missing sound device"

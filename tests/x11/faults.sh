@@ -20,13 +20,6 @@ bundle=$(dirname "$(dirname "$program")")
 # numbers whose clips play.
 damaged=$(seq -f 'vocal%g.mp3' 9 9 90 | tr '\n' ' ')
 
-# BINGO CALLER, clicked at its place in the layout, below the menu bar.
-caller_switch() {
-  local HEIGHT
-  eval "$(xdotool getwindowgeometry --shell "$wid" | grep '^HEIGHT=')"
-  xdotool mousemove --window "$wid" 127 $((HEIGHT - 572 + 516)) click 1
-}
-
 # Copies the bundle and damages the copy with the given command, run in
 # its Resources folder; starts the program from it.
 start_damaged() {

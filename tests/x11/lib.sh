@@ -71,3 +71,9 @@ expect() {
 press() { xdotool key "$@"; }
 # Answers No to the question at the end of a game: Tab to No, then Space.
 answer_no() { press Tab space; }
+# BINGO CALLER, clicked at its place in the layout, below the menu bar.
+caller_switch() {
+  local HEIGHT
+  eval "$(xdotool getwindowgeometry --shell "$wid" | grep '^HEIGHT=')"
+  xdotool mousemove --window "$wid" 127 $((HEIGHT - 572 + 516)) click 1
+}
