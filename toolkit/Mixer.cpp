@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <optional>
+#include <string>
 #include <utility>
 #include <thread>
 #include <vector>
@@ -35,6 +36,16 @@ constexpr int kChannelCount = 96;
 // sound card sets the pace, and a longer buffer is safer from dropouts.
 constexpr int kPipeWireBufferFrames = 128;
 constexpr int kDeviceBufferFrames = 512;
+// SDL's PipeWire output gives the server one buffer a cycle, however long
+// the cycle. A server whose cycles are longer than the buffer (a minimum
+// latency set against crackles, a quantum fixed for music work) would play
+// a broken, stretched fraction of each clip. So the time between buffers
+// is followed: asked for at under three quarters of the pace the output
+// plays (a busy machine misses a cycle now and then, never that many), the
+// output opens again with a buffer at least as long as the server's cycle.
+constexpr double kSlowestPace = 0.75;
+constexpr auto kPaceSettles = std::chrono::milliseconds(500);
+constexpr int kLongestBuffer = 8192;  // PipeWire's own longest cycle
 // A device that has asked for no sound for this long has gone: it asks
 // every few milliseconds while it plays, silence included. A PipeWire that
 // was restarted is told sooner, by its socket, once it has gone quiet.
@@ -83,9 +94,18 @@ bool Resolve(void* library, const char* name, F& function) {
 
 // The audio thread stamps each buffer it mixes; the main thread reads the
 // stamp to tell a device that plays from one that has gone quiet for good.
+// It also keeps the time between buffers, averaged over the last few, so
+// that a missed cycle barely moves it and a server's new cycle shows within
+// a fraction of a second.
 std::atomic<Clock::rep> lastMixed{0};
+std::atomic<double> mixedEvery{0};  // seconds
 void Mixed(void* /*unused*/, Uint8* /*stream*/, int /*length*/) {
-  lastMixed.store(Clock::now().time_since_epoch().count(), std::memory_order_relaxed);
+  const Clock::rep now = Clock::now().time_since_epoch().count();
+  const Clock::rep before = lastMixed.exchange(now, std::memory_order_relaxed);
+  if (before == 0) return;
+  const double gap = std::chrono::duration<double>(Clock::duration(now - before)).count();
+  const double average = mixedEvery.load(std::memory_order_relaxed);
+  mixedEvery.store(average == 0 ? gap : average + (gap - average) / 8, std::memory_order_relaxed);
 }
 
 enum class Output {
@@ -102,6 +122,9 @@ struct State {
   String whyNone;      // SDL's words for the first device that could not be opened
   SDL_AudioDeviceID device = 0;
   std::optional<std::pair<dev_t, ino_t>> server;  // PipeWire's socket when the device was opened
+  bool pipeWire = false;                          // the device is PipeWire's
+  int pipeWireFrames = kPipeWireBufferFrames;     // grows to the server's cycle
+  int frames = 0;                                 // the open device's buffer
   Clock::time_point openedAt, lookedAt;
   bool told = false;
   std::thread warmUp;
@@ -148,7 +171,10 @@ bool Open(const Api& mix, const String& drivers) {
   if (mix.InitSubSystem(SDL_INIT_AUDIO) != 0) return false;
   const char* driver = mix.GetCurrentAudioDriver();
   const bool pipewire = driver != nullptr && String(driver) == "pipewire";
-  const int frames = pipewire ? kPipeWireBufferFrames : kDeviceBufferFrames;
+  const int frames = pipewire ? S().pipeWireFrames : kDeviceBufferFrames;
+  // A new device's pace is its own.
+  lastMixed.store(0, std::memory_order_relaxed);
+  mixedEvery.store(0, std::memory_order_relaxed);
   // No allowed changes: SDL converts to the device, so the mix format, and
   // with it every clip decoded so far, stays the same across devices.
   if (mix.OpenAudioDevice(static_cast<int>(kMixerRate), AUDIO_S16SYS, static_cast<int>(kMixerChannels), frames,
@@ -161,6 +187,8 @@ bool Open(const Api& mix, const String& drivers) {
   State& s = S();
   s.device = OpenedDevice(mix);
   s.server = pipewire ? PipeWireSocket() : std::nullopt;
+  s.pipeWire = pipewire;
+  s.frames = frames;
   s.openedAt = Clock::now();
   return true;
 }
@@ -228,6 +256,24 @@ bool Lost(const Api& mix) {
   return quiet > kQuietMeansLost;  // nobody asks for sound any more
 }
 
+// The PipeWire output opened again with a longer buffer when the server
+// asks for sound more slowly than it plays.
+void FollowPace(const Api& mix) {
+  State& s = S();
+  if (!s.pipeWire || Clock::now() - s.openedAt < kPaceSettles) return;
+  const double every = mixedEvery.load(std::memory_order_relaxed);
+  const double cycle = every * static_cast<double>(kMixerRate);  // frames the server plays a cycle
+  if (every <= 0 || s.frames >= kSlowestPace * cycle) return;
+  if (mix.Playing(-1) > 0) return;  // not under a clip: looked at again at the next one
+  int frames = s.frames;
+  while (frames < cycle && frames < kLongestBuffer) frames *= 2;
+  if (frames == s.frames) return;
+  s.pipeWireFrames = frames;
+  Say("the sound server's cycles are longer than the voice's buffer; opening the output again with " +
+      std::to_string(frames) + " frames.");
+  Reopen(mix, "pipewire");
+}
+
 }  // namespace
 
 const Api* Load() {
@@ -254,7 +300,7 @@ const Api* Load() {
         Resolve(library, "Mix_OpenAudioDevice", a.OpenAudioDevice) && Resolve(library, "Mix_CloseAudio", a.CloseAudio) &&
         Resolve(library, "Mix_AllocateChannels", a.AllocateChannels) && Resolve(library, "Mix_SetPostMix", a.SetPostMix) &&
         Resolve(library, "Mix_LoadWAV_RW", a.LoadWAV_RW) && Resolve(library, "Mix_FreeChunk", a.FreeChunk) &&
-        Resolve(library, "Mix_PlayChannelTimed", a.PlayChannelTimed);
+        Resolve(library, "Mix_PlayChannelTimed", a.PlayChannelTimed) && Resolve(library, "Mix_Playing", a.Playing);
     if (!ok) LoadErrorText() = String(name) + " lacks a function that Calloquin needs";
     return ok ? &a : nullptr;
   }();
@@ -297,7 +343,10 @@ void BeforePlay() {
   const Api* mix = Load();
   if (mix == nullptr) return;
   if (s.output == Output::Device) {
-    if (!Lost(*mix)) return;
+    if (!Lost(*mix)) {
+      FollowPace(*mix);
+      return;
+    }
     const String driver = mix->GetCurrentAudioDriver() != nullptr ? mix->GetCurrentAudioDriver() : "";
     Say("the sound output (" + driver + ") was lost; opening it again.");
     // Through the same driver only: with the desktop's sound server away,

@@ -27,6 +27,7 @@ struct Api {
   decltype(&Mix_LoadWAV_RW) LoadWAV_RW = nullptr;
   decltype(&Mix_FreeChunk) FreeChunk = nullptr;
   decltype(&Mix_PlayChannelTimed) PlayChannelTimed = nullptr;
+  decltype(&Mix_Playing) Playing = nullptr;
 };
 
 // The library's functions, or nil when it or one of them is missing.
@@ -45,8 +46,10 @@ void WarmUp();
 // the operator once that the voice can't be heard.
 bool Ready();
 // Before a clip starts: a lost device is opened again, and while there is
-// none one is looked for, at most once a second. A device that plays is
-// never touched, so nothing that sounds is cut off.
+// none one is looked for, at most once a second. A PipeWire output that is
+// asked for sound more slowly than it plays is opened again with a longer
+// buffer, while nothing sounds. A device that plays is never touched, so
+// nothing that sounds is cut off.
 void BeforePlay();
 
 // The test hook of Sound.h.

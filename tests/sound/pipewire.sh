@@ -7,10 +7,13 @@
 #   1. A press with the caller on puts that number's clip, sample for
 #      sample, at the sink; the program speaks to PipeWire directly, not
 #      through its PulseAudio service.
-#   2. PipeWire killed between presses: the game goes on (each press shows
+#   2. A server whose cycles are longer than the program's buffer (a
+#      quantum fixed for music work, a minimum latency set against
+#      crackles): the next press is heard whole all the same.
+#   3. PipeWire killed between presses: the game goes on (each press shows
 #      and counts its number, no report, nothing hangs), and once PipeWire
 #      is back the next press is heard again.
-#   3. PipeWire not there at the first clip: the operator is told once, the
+#   4. PipeWire not there at the first clip: the operator is told once, the
 #      game goes on, and when PipeWire comes the voice comes with it.
 #
 # usage: pipewire.sh <calloquin executable> <board check tool>
@@ -58,7 +61,6 @@ press_heard() {
 pipewire_up
 start "$program"
 caller_switch
-xdotool windowfocus --sync "$wid"
 press_heard 1 "a press with the caller on"
 pw-dump | /usr/bin/python3 -c '
 import json, sys
@@ -67,25 +69,29 @@ nodes = [o["info"]["props"] for o in json.load(sys.stdin)
 sys.exit(0 if nodes and all(p.get("client.api") != "pipewire-pulse" for p in nodes) else 1)' \
   || fail "the voice does not reach PipeWire directly: $(pw-dump | grep -c '"application.name": "Calloquin"') nodes"
 
-# 2. The server killed in a game, and back.
+# 2. The server's cycles made sixteen times the program's buffer.
+pw-metadata -n settings 0 clock.force-quantum 2048 >/dev/null || fail "the quantum could not be fixed"
+sleep 1  # the program sees the server's new pace within a fraction of a second
+press_heard 2 "a press with the server's cycles longer than the buffer"
+
+# 3. The server killed in a game, and back.
 pipewire_down
-for n in 2 3 4; do
+for n in 3 4 5; do
   press Return
   expect "$n" "press $n with PipeWire gone"
 done
 dialog_up && fail "a dialog came with PipeWire gone"
 [ "$(reports)" -eq 0 ] || fail "a failure was reported with PipeWire gone"
 pipewire_up
-press_heard 5 "the first press once PipeWire is back"
+press_heard 6 "the first press once PipeWire is back"
 [ "$(reports)" -eq 0 ] || fail "a failure was reported"
 press ctrl+q
 ended_with 0 "Ctrl+Q"
 
-# 3. No server at the first clip; it comes later.
+# 4. No server at the first clip; it comes later.
 pipewire_down
 start "$program"
 caller_switch
-xdotool windowfocus --sync "$wid"
 press Return
 until_ok 50 dialog_up || fail "the operator was not told that the voice can't be heard"
 grep -q 'no sound device' "$work/program.log" || fail "no line on stderr about the missing sound device"
