@@ -39,7 +39,8 @@ press_until_failure() {
     local before; before=$(reports)
     press Return
     settled() { [ "$(reports)" -gt "$before" ] || { no_dialog && expected=$((gone + 1)) && look; }; }
-    until_ok 100 settled || fail "$case: press $((gone + 1)) neither called a number nor failed"
+    until_ok 100 settled ||
+      fail "$case: press $((gone + 1)) neither called a number nor failed (the board shows $called; $(state))"
     [ "$(reports)" -gt "$before" ] && return
     gone=$((gone + 1))
     [ "$gone" -lt 90 ] || fail "$case: no press failed in a whole game"
@@ -67,7 +68,6 @@ failed_once() {
 # number itself, which brings the question at once.
 finish_with_caller_off() {
   caller_switch
-  xdotool windowfocus --sync "$wid"  # the click is through before the keys
   local left=$((89 - gone))  # presses up to the 89th number, the failed one's included
   if [ "$left" -gt 0 ]; then
     # An operator's quick pace; the storm test covers the server's top speed.
@@ -102,7 +102,6 @@ last_clip_case() {
   xdotool key --delay 0 --repeat 89 Return
   expect 89 "$case: caller off"
   caller_switch
-  xdotool windowfocus --sync "$wid"
   gone=89
   press Return
   failed_once 1

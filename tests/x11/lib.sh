@@ -76,4 +76,13 @@ caller_switch() {
   local HEIGHT
   eval "$(xdotool getwindowgeometry --shell "$wid" | grep '^HEIGHT=')"
   xdotool mousemove --window "$wid" 127 $((HEIGHT - 572 + 516)) click 1
+  xdotool windowfocus --sync "$wid"  # the click is through before any key
+}
+# For a press that came to nothing: the windows that stand, and where the
+# program's main thread waits in the kernel (in poll it is idle, waiting
+# for events; on a futex it is held up inside the program).
+state() {
+  local names
+  names=$(xdotool search --onlyvisible --name . getwindowname %@ 2>/dev/null | tr '\n' '|')
+  echo "windows: ${names%|}; the program waits in $(cat "/proc/$app_pid/wchan" 2>/dev/null || echo '(gone)')"
 }
