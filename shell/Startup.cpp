@@ -3,7 +3,11 @@
 // the first game before the operator can press anything.
 #include "shell/Startup.h"
 
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
+#include <thread>
 
 #include "shell/App.h"
 #include "shell/MainMenuBar.h"
@@ -18,6 +22,24 @@ std::unique_ptr<App> theApp;  // the toolkit's to keep until the process ends
 // What the process returns. It stays a failure unless the event loop ran
 // and ended: a start-up cut short by a failure is no clean run.
 int exitStatus = 1;
+
+// Once the run is over and its status known, the shutdown that follows
+// must not keep the program alive. Qt 6.4's Wayland client can wait for
+// good while it closes the display (its reader thread and the closing
+// thread wait on each other), and a finalizer waits for the sound output's
+// opening. Past this bound the process ends with its status as it stands;
+// the kernel closes whatever was left open.
+constexpr auto kShutdownBound = std::chrono::seconds(2);
+
+void EndWithin(std::chrono::seconds bound, int status) {
+  std::thread([bound, status] {
+    std::this_thread::sleep_for(bound);
+    std::fprintf(stderr, "Calloquin: the shutdown did not finish in %lld seconds; ending now.\n",
+                 static_cast<long long>(bound.count()));
+    std::fflush(nullptr);
+    std::_Exit(status);
+  }).detach();
+}
 
 void _InitFileTypes() {}               // no document types
 void _ApplicationAddMenuHandlers() {}  // no menu handlers
@@ -60,6 +82,7 @@ int main(int argc, char** argv) {
   // (Module1's arrays, the menu bar's empty slot) their first values before
   // main.
   _Main();
+  EndWithin(kShutdownBound, exitStatus);
   tk::RuntimePerformFinalizers();
   theApp.reset();
   return exitStatus;

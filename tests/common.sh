@@ -24,9 +24,14 @@ until_ok() {
   done
 }
 
+# Where the program's main thread waits in the kernel, for a program that
+# doesn't answer: in poll it is idle, waiting for events that never came;
+# on a futex it is held up inside itself.
+waits_in() { cat "/proc/$app_pid/wchan" 2>/dev/null || echo '(gone)'; }
+
 # Waits for the program to end and checks its status.
 ended_with() {
-  until_ok 100 eval '! kill -0 $app_pid 2>/dev/null' || fail "$2: the program did not end"
+  until_ok 100 eval '! kill -0 $app_pid 2>/dev/null' || fail "$2: the program did not end (it waits in $(waits_in))"
   wait "$app_pid"
   local status=$?
   app_pid=

@@ -29,4 +29,11 @@ TEST(ExitStatus, AQuitRequestFromTheSystemIsNeverRefused) {
             std::pair(std::string("quit requested with press 90\nfinalized\nexit 0 after 90 presses\n"), 0));
 }
 
+TEST(ExitStatus, AShutdownThatNeverReturnsStillEndsTheProgramWithItsStatus) {
+  // As when the window system's connection hangs while it closes: the
+  // program ends all the same, with what it saw written out.
+  EXPECT_EQ(RunScripted({QStringLiteral("no"), QStringLiteral("10"), QStringLiteral("hang")}),
+            std::pair(std::string("quit requested with press 10\nfinalizing hangs\n"), 0));
+}
+
 }  // namespace

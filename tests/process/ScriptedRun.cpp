@@ -2,14 +2,17 @@
 // event loop over and over and the end question answered No ("dialog" as
 // the first argument leaves it standing, unanswered). A second argument N
 // has the system ask the application to quit with the Nth press, as a
-// logout does. Prints what it saw; its exit status is the program's.
+// logout does; "hang" as the third has the shutdown's last step never
+// return. Prints what it saw; its exit status is the program's.
 #include <QCoreApplication>
 #include <QEvent>
 #include <QString>
 #include <QTimer>
 
+#include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <thread>
 
 #include "shell/Startup.h"
 #include "toolkit/Application.h"
@@ -42,6 +45,12 @@ int main(int argc, char** argv) {
   QTimer::singleShot(0, [&] { presser.start(0); });
   // Every way out takes the one shutdown path, past the finalizers.
   tk::AtFinalize([] { std::printf("finalized\n"); });
+  if (argc > 3 && std::strcmp(argv[3], "hang") == 0) {
+    tk::AtFinalize([] {
+      std::printf("finalizing hangs\n");
+      for (;;) std::this_thread::sleep_for(std::chrono::hours(1));
+    });
+  }
   char* args[] = {argv[0], nullptr};
   int count = 1;
   const int status = shell::main(count, args);

@@ -79,10 +79,9 @@ caller_switch() {
   xdotool windowfocus --sync "$wid"  # the click is through before any key
 }
 # For a press that came to nothing: the windows that stand, and where the
-# program's main thread waits in the kernel (in poll it is idle, waiting
-# for events; on a futex it is held up inside the program).
+# program waits.
 state() {
   local names
   names=$(xdotool search --onlyvisible --name . getwindowname %@ 2>/dev/null | tr '\n' '|')
-  echo "windows: ${names%|}; the program waits in $(cat "/proc/$app_pid/wchan" 2>/dev/null || echo '(gone)')"
+  echo "windows: ${names%|}; the program waits in $(waits_in)"
 }
