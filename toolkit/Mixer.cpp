@@ -36,10 +36,11 @@ constexpr int kChannelCount = 96;
 // sound card sets the pace, and a longer buffer is safer from dropouts.
 constexpr int kPipeWireBufferFrames = 128;
 constexpr int kDeviceBufferFrames = 512;
-// SDL's PipeWire output gives the server one buffer a cycle, however long
-// the cycle. A server whose cycles are longer than the buffer (a minimum
-// latency set against crackles, a quantum fixed for music work) would play
-// a broken, stretched fraction of each clip. So the time between buffers
+// SDL 2.26's PipeWire output (Debian 12's) gives the server one buffer a
+// cycle, however long the cycle; later ones fill what each cycle asks for.
+// A server whose cycles are longer than the buffer (a minimum latency set
+// against crackles, a quantum fixed for music work) would play a broken,
+// stretched fraction of each clip. So the time between buffers
 // is followed: asked for at under three quarters of the pace the output
 // plays (a busy machine misses a cycle now and then, never that many), the
 // output opens again with a buffer at least as long as the server's cycle.
