@@ -124,8 +124,7 @@ struct State {
   SDL_AudioDeviceID device = 0;
   std::optional<std::pair<dev_t, ino_t>> server;  // PipeWire's socket when the device was opened
   bool pipeWire = false;                          // the device is PipeWire's
-  int pipeWireFrames = kPipeWireBufferFrames;     // grows to the server's cycle
-  int frames = 0;                                 // the open device's buffer
+  int pipeWireFrames = kPipeWireBufferFrames;     // a PipeWire device's buffer; grows to the server's cycle
   Clock::time_point openedAt, lookedAt;
   bool told = false;
   std::thread warmUp;
@@ -189,7 +188,6 @@ bool Open(const Api& mix, const String& drivers) {
   s.device = OpenedDevice(mix);
   s.server = pipewire ? PipeWireSocket() : std::nullopt;
   s.pipeWire = pipewire;
-  s.frames = frames;
   s.openedAt = Clock::now();
   return true;
 }
@@ -264,11 +262,11 @@ void FollowPace(const Api& mix) {
   if (!s.pipeWire || Clock::now() - s.openedAt < kPaceSettles) return;
   const double every = mixedEvery.load(std::memory_order_relaxed);
   const double cycle = every * static_cast<double>(kMixerRate);  // frames the server plays a cycle
-  if (every <= 0 || s.frames >= kSlowestPace * cycle) return;
+  if (every <= 0 || s.pipeWireFrames >= kSlowestPace * cycle) return;
   if (mix.Playing(-1) > 0) return;  // not under a clip: looked at again at the next one
-  int frames = s.frames;
+  int frames = s.pipeWireFrames;
   while (frames < cycle && frames < kLongestBuffer) frames *= 2;
-  if (frames == s.frames) return;
+  if (frames == s.pipeWireFrames) return;
   s.pipeWireFrames = frames;
   Say("the sound server's cycles are longer than the voice's buffer; opening the output again with " +
       std::to_string(frames) + " frames.");
