@@ -49,8 +49,8 @@ cmake --build --preset release -j "$(nproc)"
 package build/release
 depends=$(dpkg-deb -f "$deb" Depends)
 echo "Depends: $depends"
-# Qt is linked; the platform plugins and SDL2_mixer are loaded at run time.
-for p in libqt6widgets6 qt6-qpa-plugins qt6-wayland libsdl2-mixer-2.0-0; do
+# Qt is linked; the platform plugins, SDL2 and mpg123 are loaded at run time.
+for p in libqt6widgets6 qt6-qpa-plugins qt6-wayland libsdl2-2.0-0 libmpg123-0; do
   [[ "$depends" == *"$p"* ]] || { echo "FAIL: the package does not depend on $p"; exit 1; }
 done
 

@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(
   # build: clang, also for the sanitizers and the fuzzer's libFuzzer
-  clang libclang-rt-dev make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-mixer-dev libpng-dev libgtest-dev
+  clang libclang-rt-dev make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-dev libmpg123-dev libpng-dev libgtest-dev
   # the window on a Wayland desktop, as a native client
   qt6-wayland
   # the voice clips and the backdrop, made at build time

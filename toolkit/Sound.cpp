@@ -1,40 +1,54 @@
 #include "toolkit/Sound.h"
 
-#include <utility>
+#include <QTimer>
 
+#include <cstdio>
+#include <utility>
+#include <variant>
+
+#include "toolkit/Decoder.h"
 #include "toolkit/FailureCause.h"
 #include "toolkit/Hook.h"
-#include "toolkit/Mixer.h"
+#include "toolkit/Notice.h"
+#include "toolkit/SoundLibrary.h"
+#include "toolkit/SoundOutput.h"
 
 namespace tk {
 namespace {
 
-class MixerSound final : public Sound {
- public:
-  explicit MixerSound(Mix_Chunk* chunk) : chunk_(chunk) {}
-  ~MixerSound() override { mixer::Load()->FreeChunk(chunk_); }
-  MixerSound(const MixerSound&) = delete;
-  MixerSound& operator=(const MixerSound&) = delete;
+constinit Hook<SoundOpener> opener;
+std::chrono::milliseconds checkDelay{2000};
+bool told = false, checking = false;
 
-  // Any free channel; with every channel busy the clip is skipped rather
-  // than cutting off one that is sounding.
+// Once a run, and without stopping the game: the numbers are still called
+// and shown, only not heard. The words hold for a sound server that is
+// missing as well as for one that doesn't answer.
+void TellIfSilent(unsigned long start) {
+  if (sound::StartedOrPlaying(start)) return;
+  told = true;
+  std::fprintf(stderr, "Calloquin: no sound output plays (%s); the caller is silent until one does.\n",
+               sound::WhyNoOutput().c_str());
+  ShowNotice("The caller's voice can't be heard: the computer's sound isn't playing.",
+             "The game goes on without sound. The voice comes back by itself once the desktop's sound is running "
+             "and speakers or headphones are connected.");
+}
+
+class ClipSound final : public Sound {
+ public:
+  explicit ClipSound(sound::Samples samples) : samples_(std::move(samples)) {}
   void Play() override {
-    mixer::BeforePlay();
-    mixer::Load()->PlayChannelTimed(-1, chunk_, 0, -1);
+    const unsigned long start = sound::Start(samples_);
+    if (told || checking) return;
+    checking = true;
+    QTimer::singleShot(checkDelay, [start] {
+      checking = false;
+      TellIfSilent(start);
+    });
   }
 
  private:
-  Mix_Chunk* chunk_;
+  sound::Samples samples_;
 };
-
-// Stands in for a clip when no output at all could be opened, not even SDL's
-// silent one; the operator has been told that there is no sound device.
-class SilentSound final : public Sound {
- public:
-  void Play() override {}
-};
-
-constinit Hook<SoundOpener> opener;
 
 }  // namespace
 
@@ -42,31 +56,32 @@ Opened<Sound> OpenMixerSound(const String& path) {
   // What can be told of the file before a decoder sees it is told in
   // plainer words than the decoder's.
   if (const auto why = WhyUnreadable(path)) return FileCause(path, "opened", *why);
-  if (!mixer::Ready()) {
-    if (mixer::Load() == nullptr) {
-      // No clip at all can be played: a clip that counted as opened would
-      // be a voice that is silently missing. The library was looked for by
-      // the system's loader, not in the clip's folder, so none is named.
-      FailureCause cause = FileCause(path, "played", "the sound library SDL2_mixer is not installed",
-                                     mixer::LoadError(), mixer::NoLibraryAdvice());
-      cause.folder.clear();
-      return cause;
-    }
-    return std::make_shared<SilentSound>();
+  // No clip at all can be played without the libraries: a clip that counted
+  // as opened would be a voice that is silently missing. A library is
+  // looked for by the system's loader, not in the clip's folder, so none is
+  // named.
+  auto noLibrary = [&](const sound::LibraryPlaces& library, const String& detail) {
+    FailureCause cause = FileCause(path, "played", String("the sound library ") + library.name + " is not installed",
+                                   detail, sound::InstallAdvice(library).c_str());
+    cause.folder.clear();
+    return cause;
+  };
+  if (const String error = sound::OutputLibraryError(); !error.empty()) return noLibrary(sound::kSdl, error);
+  auto decoded = sound::Decode(path);
+  if (auto* error = std::get_if<sound::DecodeError>(&decoded)) {
+    if (error->noLibrary) return noLibrary(sound::kMpg123, error->detail);
+    return FileCause(path, "opened", error->why, error->detail);
   }
-  const mixer::Api& mix = *mixer::Load();
-  Mix_Chunk* chunk = mix.LoadWAV_RW(mix.RWFromFile(path.c_str(), "rb"), 1);
-  if (chunk != nullptr && chunk->alen == 0) {  // decoded to nothing: not a clip
-    mix.FreeChunk(chunk);
-    chunk = nullptr;
-  }
-  if (chunk == nullptr) return FileCause(path, "opened", "it is not a sound that can be played", mix.GetError());
-  return std::make_shared<MixerSound>(chunk);
+  return std::make_shared<ClipSound>(std::get<sound::Samples>(std::move(decoded)));
 }
 
-void WarmUpSound() { mixer::WarmUp(); }
+void WarmUpSound() { sound::Prepare(); }
 
-void SetMixerLibrary(const char* name) { mixer::SetLibraryName(name); }
+void SetSoundLibrary(const char* which, const char* name) {
+  sound::SetLibraryName(String(which) == sound::kSdl.name ? sound::kSdl : sound::kMpg123, name);
+}
+
+void SetOutputCheckDelay(std::chrono::milliseconds delay) { checkDelay = delay; }
 
 SoundOpener SetSoundOpener(SoundOpener replacement) { return opener.Set(std::move(replacement)); }
 

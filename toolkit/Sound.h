@@ -1,8 +1,16 @@
 #pragma once
 // A voice clip, opened once from a file and then played as often as asked.
-// Play starts the clip and returns at once; each clip sounds on a channel
-// of its own, so clips started close together overlap rather than cut each
+// Play starts the clip and returns at once; each play sounds beside the
+// others, so clips started close together overlap rather than cut each
 // other off. Nothing stops a clip, nor sets its volume or pan.
+//
+// The sound never holds up the window. No call made on the GUI thread
+// waits on the sound system: not opening, closing or reopening the output,
+// not a join, not the end of the run, and not a play, which only hands
+// the clip to the output's own thread. Opening a clip decodes it there and
+// then, with no output needed, so a file that can't be played is known in
+// the press that opens it.
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -23,32 +31,35 @@ using SoundOpener = std::function<Opened<Sound>(const String& path)>;
 
 // Tests replace the opener to see which files are opened and which clips
 // are played without a sound device. Returns the previous opener; an empty
-// one restores the mixer.
+// one restores the real one.
 SoundOpener SetSoundOpener(SoundOpener opener);
 
 // Opens through the current opener; what FolderItem::OpenAsSound uses.
 Opened<Sound> OpenSound(const String& path);
 
-// The real opener: decodes the file for the mixer, or gives nil and why.
-// The output device is open by then (see WarmUpSound) or opened at the
-// first call. Without a usable device the mixer plays into a silent one,
-// tells the operator once and looks for a device again as clips are
-// played, so the game never fails for lack of sound hardware and the voice
-// comes back when a device does. Without the sound library no clip can be
-// had at all.
+// The real opener: decodes the file, or gives nil and why. Without the
+// sound libraries no clip can be had at all. Without a sound output the
+// clip still opens and its plays are dropped: if no output plays a while
+// after a play, the operator is told once, the game goes on, and the voice
+// comes back by itself when the desktop's sound does.
 Opened<Sound> OpenMixerSound(const String& path);
 
-// Opens the output device beside the event loop, ahead of the first clip.
-// The event loop calls it once the first frame is on screen.
+// Readies the output's thread and the sound system's driver, without a
+// stream, ahead of the first clip. The event loop calls it once the first
+// frame is on screen.
 void WarmUpSound();
 
-// Tests name a sound library that isn't there. Takes effect only before the
-// first clip is opened, which loads the library for the rest of the run.
-void SetMixerLibrary(const char* name);
+// Tests name a library that isn't there, SDL2's or mpg123's ("SDL2",
+// "mpg123"). Takes effect only before that library is first loaded.
+void SetSoundLibrary(const char* which, const char* name);
 
-// The mixer's output format: 16-bit signed native-endian mono at this rate,
-// converted by SDL to whatever the device takes. The clips are mono speech,
-// and mono holds them in half the memory of stereo.
+// How long after a play the output is looked at, to tell the operator if
+// none plays. Tests shorten it; the event loop runs the look.
+void SetOutputCheckDelay(std::chrono::milliseconds delay);
+
+// The mix: 16-bit signed native-endian mono at this rate, converted by SDL
+// to whatever the device takes. The clips are mono speech, and mono holds
+// them in half the memory of stereo.
 inline constexpr Integer kMixerRate = 44100;
 inline constexpr Integer kMixerChannels = 1;
 
