@@ -9,6 +9,8 @@
 #include <memory>
 #include <thread>
 
+#include <unistd.h>
+
 #include "shell/App.h"
 #include "shell/MainMenuBar.h"
 #include "toolkit/Application.h"
@@ -24,20 +26,20 @@ std::unique_ptr<App> theApp;  // the toolkit's to keep until the process ends
 int exitStatus = 1;
 
 // Once the run is over and its status known, the shutdown that follows
-// must not keep the program alive. Qt 6.4's Wayland client can wait for
+// must not keep the program alive: Qt 6.4's Wayland client can wait for
 // good while it closes the display (its reader thread and the closing
-// thread wait on each other), and a finalizer waits for the sound output's
-// opening. Past this bound the process ends with its status as it stands;
-// the kernel closes whatever was left open.
+// thread wait on each other). Past this bound the process ends with its
+// status as it stands, and the kernel closes whatever was left open. The
+// bound's thread makes only calls that are safe wherever the main thread
+// is stuck: no stdio, whose locks the stuck thread may hold.
 constexpr auto kShutdownBound = std::chrono::seconds(2);
 
 void EndWithin(std::chrono::seconds bound, int status) {
   std::thread([bound, status] {
     std::this_thread::sleep_for(bound);
-    std::fprintf(stderr, "Calloquin: the shutdown did not finish in %lld seconds; ending now.\n",
-                 static_cast<long long>(bound.count()));
-    std::fflush(nullptr);
-    std::_Exit(status);
+    static constexpr char kLine[] = "Calloquin: the shutdown did not finish in time; ending now.\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kLine, sizeof kLine - 1);
+    _exit(status);
   }).detach();
 }
 
@@ -82,6 +84,7 @@ int main(int argc, char** argv) {
   // (Module1's arrays, the menu bar's empty slot) their first values before
   // main.
   _Main();
+  std::fflush(nullptr);  // what the run wrote is out, whatever the shutdown does
   EndWithin(kShutdownBound, exitStatus);
   tk::RuntimePerformFinalizers();
   theApp.reset();

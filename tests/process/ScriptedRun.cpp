@@ -48,6 +48,7 @@ int main(int argc, char** argv) {
   if (argc > 3 && std::strcmp(argv[3], "hang") == 0) {
     tk::AtFinalize([] {
       std::printf("finalizing hangs\n");
+      std::fflush(stdout);
       for (;;) std::this_thread::sleep_for(std::chrono::hours(1));
     });
   }

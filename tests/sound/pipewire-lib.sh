@@ -30,14 +30,16 @@ CONF
 
 pipewire_pids=()
 sink_ready() { pw-cli ls Node 2>/dev/null | grep -q "node.name = \"$sink\""; }
-pipewire_up() {
+# The pieces of a desktop's sound, each on its own: the server, its
+# session manager, its PulseAudio service, and the one sink.
+pw_server() {
   pipewire >>"$work/pipewire.log" 2>&1 &
   pipewire_pids=($!)
   until_ok 100 test -S "$XDG_RUNTIME_DIR/pipewire-0" || fail "pipewire did not start"
-  wireplumber >>"$work/pipewire.log" 2>&1 &
-  pipewire_pids+=($!)
-  pipewire-pulse >>"$work/pipewire.log" 2>&1 &
-  pipewire_pids+=($!)
+}
+pw_session() { wireplumber >>"$work/pipewire.log" 2>&1 & pipewire_pids+=($!); }
+pw_pulse() { pipewire-pulse >>"$work/pipewire.log" 2>&1 & pipewire_pids+=($!); }
+sink_up() {
   pw-cli create-node adapter "{ factory.name = support.null-audio-sink node.name = $sink
     media.class = Audio/Sink object.linger = true audio.position = [ FL FR ] }" >/dev/null \
     || fail "no null sink"
@@ -46,6 +48,13 @@ pipewire_up() {
   until_ok 100 eval 'pw-metadata 0 default.audio.sink 2>/dev/null | grep -q "$sink"' \
     || fail "the null sink did not become the default"
 }
+# As when the speakers go: the sink and the streams linked to it.
+sink_down() {
+  pw-cli destroy "$(pw-cli ls Node | awk -v name="node.name = \"$sink\"" '/^\tid/ {id=$2} index($0, name) {print id+0}')" \
+    >/dev/null || fail "the sink could not be removed"
+  until_ok 100 eval '! sink_ready' || fail "the sink did not go"
+}
+pipewire_up() { pw_server; pw_session; pw_pulse; sink_up; }
 # As when a desktop's sound server crashes or is restarted.
 pipewire_down() {
   [ ${#pipewire_pids[@]} -gt 0 ] || return 0
@@ -55,3 +64,44 @@ pipewire_down() {
   rm -f "$XDG_RUNTIME_DIR/pipewire-0" "$XDG_RUNTIME_DIR/pipewire-0.lock"
 }
 on_exit() { pipewire_down; }
+
+# The numbers on the board, one per line.
+board() { import -window "$wid" -depth 8 "$work/board.ppm" 2>/dev/null && "$check" "$work/board.ppm" | tail -n +2; }
+
+# Presses Return with the sink recorded, and checks that the clip of the
+# number the press called is what the sink got. $1 is the count of numbers
+# called after the press. Needs $resources and $here.
+press_heard() {
+  local before
+  before=$(board)
+  pw-record --target "$sink" --rate 44100 --channels 1 --format s16 "$work/heard.wav" 2>>"$work/pipewire.log" &
+  local recorder=$!
+  sleep 0.5  # the recorder is linked to the sink's monitor
+  press Return
+  expect "$1" "$2"
+  local number
+  number=$(comm -13 <(echo "$before" | sort) <(board | sort) | head -n1)
+  sleep 4.5  # the longest clip
+  kill -INT "$recorder"
+  wait "$recorder"
+  lame --quiet --decode "$resources/vocal$number.mp3" "$work/clip.wav"
+  /usr/bin/python3 "$here/match.py" "$work/heard.wav" "$work/clip.wav" 0.75 >"$work/match.txt" \
+    || fail "$2: the sink did not get the clip of $number ($(cat "$work/match.txt"))"
+  echo "$2: heard $number at the sink, $(cat "$work/match.txt")"
+}
+
+# Ctrl+Q ends the program with status 0 within a second, by its own
+# shutdown: the bound that ends a shutdown which never returns did not fire.
+quits_at_once() {
+  press ctrl+q
+  until_ok 10 eval '! kill -0 $app_pid 2>/dev/null' || fail "$1: Ctrl+Q did not end the program within 1 s ($(state))"
+  ended_with 0 "$1: Ctrl+Q"
+  ! grep -q 'the shutdown did not finish' "$work/program.log" || fail "$1: the shutdown's bound ended the program"
+}
+
+# The notice's OK takes it away from over the board.
+dismiss_notice() {
+  xdotool windowfocus --sync "$(windows | grep -vx "$wid" | head -n1)" key Return
+  until_ok 50 no_dialog || fail "$1: the notice did not close"
+  xdotool windowfocus --sync "$wid"
+}

@@ -1,0 +1,97 @@
+#!/bin/bash
+# The voice never holds up the game, in each state a desktop's sound can be
+# in, with the caller on, on a private PipeWire (see pipewire-lib.sh):
+#   1. PipeWire with no session manager yet (a desktop still starting): it
+#      takes the voice's stream and never starts it. Then the session
+#      manager and a sink come.
+#   2. PipeWire and WirePlumber with no sink, without and with the
+#      PulseAudio service; then a sink comes.
+#   3. The one sink removed in a game, and added back.
+# In each: 30 presses each show and count their number, Ctrl+Q ends the
+# program at once with status 0 (the game is played on while the voice is
+# stuck, and ended from there), and once a sink is there the next press is
+# heard, matched sample for sample against its clip.
+#
+# usage: states.sh <calloquin executable> <board check tool>
+program=$1
+check=$2
+for tool in pipewire wireplumber pipewire-pulse pw-cli pw-record pw-metadata dbus-run-session lame; do
+  command -v "$tool" >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
+done
+/usr/bin/python3 -c 'import numpy' 2>/dev/null || { echo "SKIP: python3-numpy is not installed"; exit 77; }
+if [ -z "${CALLOQUIN_PRIVATE_BUS:-}" ]; then
+  exec dbus-run-session -- env CALLOQUIN_PRIVATE_BUS=1 bash "$0" "$@"
+fi
+here=$(dirname "$0")
+. "$here/../x11/lib.sh"
+. "$here/pipewire-lib.sh"
+unset SDL_AUDIODRIVER  # the program's own choice, as on a desktop
+resources=$(dirname "$(dirname "$program")")/Resources
+
+# 30 presses from $1 numbers called on, each shown and counted. Where no
+# output plays, the operator is told once, 2 s after the first press; where
+# the server runs the stream to no sink, the voice plays as far as the
+# program can tell, and nobody is told.
+thirty_presses() {
+  local n
+  press Return
+  expect $(($1 + 1)) "$2: press 1"
+  if until_ok 30 dialog_up; then
+    dismiss_notice "$2"
+    echo "$2: told that the voice can't be heard"
+  fi
+  for n in $(seq $(($1 + 2)) $(($1 + 30))); do
+    press Return
+    expect "$n" "$2: press $((n - $1))"
+  done
+  no_dialog || fail "$2: told more than once"
+  [ "$(reports)" -eq 0 ] || fail "$2: a failure was reported"
+}
+# Plays on with the voice stuck, and ends the run from there.
+stuck_then_quit() {
+  start "$program"
+  caller_switch
+  thirty_presses 0 "$1"
+  quits_at_once "$1"
+}
+# The same state in a new run: once the sink is there, the voice is heard.
+stuck_then_heard() {
+  start "$program"
+  caller_switch
+  thirty_presses 0 "$1"
+  "$2"
+  sleep 4.5  # the clips of the presses before, where they sounded, have ended
+  press_heard 31 "$1: the first press with a sink"
+  quits_at_once "$1, with a sink"
+}
+
+state="no session manager"
+pw_server; pw_pulse; sink_up_later() { pw_session; sink_up; }
+stuck_then_quit "$state"
+stuck_then_heard "$state" sink_up_later
+pipewire_down
+
+state="no sink, no PulseAudio service"
+pw_server; pw_session
+stuck_then_quit "$state"
+stuck_then_heard "$state" sink_up
+pipewire_down
+
+state="no sink"
+pw_server; pw_session; pw_pulse
+stuck_then_quit "$state"
+stuck_then_heard "$state" sink_up
+pipewire_down
+
+state="the sink removed in a game"
+pipewire_up
+start "$program"
+caller_switch
+press_heard 1 "$state: before"
+sink_down
+thirty_presses 1 "$state"
+sink_up
+sleep 4.5
+press_heard 32 "$state: added back"
+quits_at_once "$state"
+echo "PASS"
