@@ -77,6 +77,7 @@ struct Sdl {
   decltype(&SDL_CloseAudioDevice) CloseAudioDevice = nullptr;
   decltype(&SDL_PauseAudioDevice) PauseAudioDevice = nullptr;
   decltype(&SDL_GetAudioDeviceStatus) GetAudioDeviceStatus = nullptr;
+  decltype(&SDL_GetVersion) GetVersion = nullptr;
 };
 
 String& SdlLoadError() {
@@ -96,7 +97,8 @@ const Sdl* Library() {
         Resolve(library, "SDL_OpenAudioDevice", a.OpenAudioDevice) &&
         Resolve(library, "SDL_CloseAudioDevice", a.CloseAudioDevice) &&
         Resolve(library, "SDL_PauseAudioDevice", a.PauseAudioDevice) &&
-        Resolve(library, "SDL_GetAudioDeviceStatus", a.GetAudioDeviceStatus);
+        Resolve(library, "SDL_GetAudioDeviceStatus", a.GetAudioDeviceStatus) &&
+        Resolve(library, "SDL_GetVersion", a.GetVersion);
     if (!ok) {
       SdlLoadError() = String(kSdl.soname) + " lacks a function that Calloquin needs";
       return nullptr;
@@ -115,6 +117,10 @@ struct Voice {
   Samples clip;
   std::size_t at;
 };
+Clock::duration Length(const Samples& clip) {
+  return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(
+      static_cast<double>(clip->size()) / static_cast<double>(kMixerRate)));
+}
 
 // What the GUI thread, the owner and the audio thread share. Made once and
 // never destroyed: the audio thread may still be mixing while the process
@@ -132,9 +138,11 @@ struct Shared {
   std::atomic<Clock::rep> lastMixed{0}, lastSounded{0};
   std::atomic<double> mixedEvery{0};  // seconds between buffers, averaged
   std::atomic<int> sounding{0};
+  std::atomic<Clock::rep> endsBy{0};  // when the clips begun so far end, played at their pace
   std::atomic<unsigned long> begun{0};
   // Written by the owner.
   std::atomic<bool> open{false}, opening{false};
+  std::atomic<bool> holding{false};  // no clip starts: the new device's pace is not known yet
   // The audio thread's own; the owner touches them only with the device closed.
   std::vector<Voice> voices;
   std::vector<int> sum;
@@ -162,9 +170,11 @@ void Mix(void* /*unused*/, Uint8* stream, int length) {
     const double average = s.mixedEvery.load(std::memory_order_relaxed);
     s.mixedEvery.store(average == 0 ? gap : average + (gap - average) / 8, std::memory_order_relaxed);
   }
-  if (s.lock.try_lock()) {  // else at the next buffer, a few milliseconds on
+  if (!s.holding.load(std::memory_order_relaxed) && s.lock.try_lock()) {  // else at the next buffer
     for (Request& r : s.pending) {
       if (now - r.at <= kFreshFor) {
+        const Clock::rep end = (now + Length(r.clip)).time_since_epoch().count();
+        if (end > s.endsBy.load(std::memory_order_relaxed)) s.endsBy.store(end, std::memory_order_relaxed);
         s.voices.push_back({std::move(r.clip), 0});
         s.begun.store(r.number, std::memory_order_relaxed);
       }
@@ -330,8 +340,24 @@ class Owner {
     openedAt_ = Clock::now();
     pipeWire_ = pipewire;
     server_ = pipewire ? PipeWireSocket() : std::nullopt;
+    // An SDL that gives the server one buffer a cycle learns the server's
+    // cycle before a clip starts on it: a clip started on a buffer shorter
+    // than the cycle would come out broken and stretched.
+    const bool learnPace = pipewire && OneBufferACycle() && pipeWireFrames_ == kPipeWireBufferFrames;
+    s.holding.store(learnPace);
     sdl_->PauseAudioDevice(device_, 0);
     s.open.store(true);
+    if (learnPace) {
+      const double cycle = FirstCycle();
+      s.holding.store(false);
+      if (pipeWireFrames_ < kSlowestPace * cycle) {
+        while (pipeWireFrames_ < cycle && pipeWireFrames_ < kLongestBuffer) pipeWireFrames_ *= 2;
+        Say("the sound server's cycles are longer than the voice's buffer; opening the output with " +
+            std::to_string(pipeWireFrames_) + " frames.");
+        Close();
+        return Open();
+      }
+    }
     if (!hadDevice_ && failedAt_) Say(String("sound through ") + (driver != nullptr ? driver : "") + " from here on.");
     hadDevice_ = true;
     drivers_ = driver != nullptr ? driver : "";
@@ -364,6 +390,35 @@ class Owner {
     return quiet > kQuietMeansLost;  // nobody asks for sound any more
   }
 
+  // SDL before 2.28 (Debian 12's 2.26) fills one buffer a PipeWire cycle.
+  bool OneBufferACycle() const {
+    SDL_version v{};
+    sdl_->GetVersion(&v);
+    return v.major == 2 && v.minor < 28;
+  }
+  // The frames of the new device's cycle, as far as they can be longer
+  // than its buffer: the time between its first two buffers, and if that
+  // was long, the shorter of it and the next (a server may take a long
+  // first cycle while it wakes its sink); 0 if it asks for none within a
+  // fraction of a second.
+  double FirstCycle() const {
+    const Clock::time_point until = Clock::now() + kPaceSettles;
+    Clock::rep seen[3] = {};
+    int count = 0;
+    auto frames = [&](int i) {
+      return std::chrono::duration<double>(At(seen[i]) - At(seen[i - 1])).count() * static_cast<double>(kMixerRate);
+    };
+    while (count < 3 && Clock::now() < until) {
+      const Clock::rep mixed = S().lastMixed.load();
+      if (mixed != 0 && (count == 0 || mixed != seen[count - 1])) {
+        seen[count++] = mixed;
+        if (count == 2 && pipeWireFrames_ >= kSlowestPace * frames(1)) return frames(1);
+      }
+      std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+    return count < 3 ? 0 : std::min(frames(1), frames(2));
+  }
+
   // A PipeWire output asked for sound more slowly than it plays: the next
   // opening has a buffer as long as the server's cycle. True when it grew.
   bool GrowToPace() {
@@ -377,8 +432,10 @@ class Owner {
     pipeWireFrames_ = frames;
     return true;
   }
-  // Before a clip and never under one: a clip that sounds is never cut.
-  bool FollowPace() { return S().sounding.load() == 0 && GrowToPace(); }
+  // Before a clip and never within the time of one: a clip is never cut.
+  // A clip that the slow server has stretched past its own length is
+  // broken already, and would keep every later clip broken with it.
+  bool FollowPace() { return Clock::now() >= At(S().endsBy.load()) && GrowToPace(); }
 
   void Drop() {
     const std::lock_guard hold(S().lock);

@@ -105,3 +105,14 @@ dismiss_notice() {
   until_ok 50 no_dialog || fail "$1: the notice did not close"
   xdotool windowfocus --sync "$wid"
 }
+
+# The program's streams at the server: none while nothing sounds.
+our_nodes() {
+  pw-dump 2>/dev/null | /usr/bin/python3 -c '
+import json, sys
+print(sum(1 for o in json.load(sys.stdin) if o["type"].endswith(":Node")
+          and o.get("info", {}).get("props", {}).get("application.name") == "Calloquin"))'
+}
+no_stream_within() {  # tenths of a second, what for
+  until_ok "$1" eval '[ "$(our_nodes)" -eq 0 ]' || fail "$2: the program keeps a stream at the server"
+}
