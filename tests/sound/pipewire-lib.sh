@@ -45,7 +45,7 @@ sink_up() {
     || fail "no null sink"
   until_ok 100 sink_ready || fail "the null sink did not appear"
   # The session manager has made it the default: streams go to it.
-  until_ok 100 eval 'pw-metadata 0 default.audio.sink 2>/dev/null | grep -q "$sink"' \
+  until_ok 300 eval 'pw-metadata 0 default.audio.sink 2>/dev/null | grep -q "$sink"' \
     || fail "the null sink did not become the default"
 }
 # As when the speakers go: the sink and the streams linked to it.
