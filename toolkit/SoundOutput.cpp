@@ -233,8 +233,17 @@ class Owner {
     for (;;) {
       // Closed, it sleeps until a clip comes; open, it looks in now and then
       // to close the output once nothing has sounded for a while.
-      if (device_ == 0) {
+      if (device_ == 0 && !AwaitingServer()) {
         s.wake.wait(hold, [&] { return !s.pending.empty(); });
+      } else if (device_ == 0) {
+        // No output could be had: the driver is readied as soon as a
+        // PipeWire server is there, so the press that finds it only opens.
+        if (!s.wake.wait_for(hold, kLookAgainAfter, [&] { return !s.pending.empty(); })) {
+          hold.unlock();
+          if (PipeWireSocket()) Init();
+          hold.lock();
+          continue;
+        }
       } else {
         s.wake.wait_for(hold, kTick);
       }
@@ -299,9 +308,12 @@ class Owner {
     if (!hadDevice_ && failedAt_ && Clock::now() - *failedAt_ < kLookAgainAfter) return Drop();
     if (!Open()) {
       failedAt_ = Clock::now();
+      Quit();  // not at the next press: a driver that failed is let go of now
+      afresh_ = false;
       Drop();
     }
   }
+  bool AwaitingServer() const { return failedAt_ && !inited_ && sdl_ != nullptr; }
 
   bool Open() {
     // A driver that failed or lost its device, or a PipeWire that was
