@@ -24,14 +24,28 @@ packages=(
   dpkg-dev file lintian desktop-file-utils appstream
 )
 
-[ $# -gt 0 ] && packages=("$@")
+# PulseAudio's own daemon plays in one test beside PipeWire's packages. Its
+# package conflicts with PipeWire's PulseAudio service, so the test
+# unpacks it by itself; the libraries it needs are installed here, under
+# the names the release's own package gives.
+pulse_libs() {
+  apt-cache depends --no-recommends --no-suggests --no-conflicts --no-breaks --no-replaces --no-enhances \
+    pulseaudio 2>/dev/null | sed -n 's/^  Depends: \(lib[^<>]*\)$/\1/p'
+}
 
-missing=()
-for p in "${packages[@]}"; do
-  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
-    missing+=("$p")
-  fi
-done
+if [ $# -gt 0 ]; then
+  packages=("$@")
+else
+  mapfile -t -O ${#packages[@]} packages < <(pulse_libs)
+fi
+
+missing_of() {
+  local p
+  for p in "$@"; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || echo "$p"
+  done
+}
+mapfile -t missing < <(missing_of "${packages[@]}")
 [ ${#missing[@]} -eq 0 ] && exit 0
 
 if [ "$(id -u)" -eq 0 ]; then
@@ -50,3 +64,9 @@ echo "Installing: ${missing[*]}"
 apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get)
 "${apt[@]}" update -qq
 "${apt[@]}" install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+# A machine without package lists knew no libraries of PulseAudio's before
+# the update.
+if [ $# -eq 0 ]; then
+  mapfile -t missing < <(missing_of $(pulse_libs))
+  [ ${#missing[@]} -eq 0 ] || "${apt[@]}" install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+fi

@@ -409,26 +409,29 @@ class Owner {
     return v.major == 2 && v.minor < 28;
   }
   // The frames of the new device's cycle, as far as they can be longer
-  // than its buffer: the time between its first two buffers, and if that
-  // was long, the shorter of it and the next (a server may take a long
-  // first cycle while it wakes its sink); 0 if it asks for none within a
-  // fraction of a second.
+  // than its buffer: the first time between two of its buffers that is
+  // short enough, or else the shortest of three (a server's first cycles
+  // can run long while it wakes its sink or settles the graph); 0 if it
+  // asks for nothing within a fraction of a second.
   double FirstCycle() const {
     const Clock::time_point until = Clock::now() + kPaceSettles;
-    Clock::rep seen[3] = {};
-    int count = 0;
-    auto frames = [&](int i) {
-      return std::chrono::duration<double>(At(seen[i]) - At(seen[i - 1])).count() * static_cast<double>(kMixerRate);
-    };
-    while (count < 3 && Clock::now() < until) {
+    Clock::rep last = 0;
+    double shortest = 0;
+    for (int gaps = -1; gaps < 3 && Clock::now() < until;) {
       const Clock::rep mixed = S().lastMixed.load();
-      if (mixed != 0 && (count == 0 || mixed != seen[count - 1])) {
-        seen[count++] = mixed;
-        if (count == 2 && pipeWireFrames_ >= kSlowestPace * frames(1)) return frames(1);
+      if (mixed != 0 && mixed != last) {
+        if (last != 0) {
+          const double frames =
+              std::chrono::duration<double>(At(mixed) - At(last)).count() * static_cast<double>(kMixerRate);
+          if (pipeWireFrames_ >= kSlowestPace * frames) return frames;
+          shortest = shortest == 0 ? frames : std::min(shortest, frames);
+        }
+        last = mixed;
+        ++gaps;
       }
       std::this_thread::sleep_for(std::chrono::microseconds(200));
     }
-    return count < 3 ? 0 : std::min(frames(1), frames(2));
+    return shortest;
   }
 
   // A PipeWire output asked for sound more slowly than it plays: the next

@@ -29,6 +29,7 @@ wireplumber.profiles = {
 CONF
 
 pipewire_pids=()
+wireplumber_pid=
 sink_ready() { pw-cli ls Node 2>/dev/null | grep -q "node.name = \"$sink\""; }
 # The pieces of a desktop's sound, each on its own: the server, its
 # session manager, its PulseAudio service, and the one sink.
@@ -37,7 +38,7 @@ pw_server() {
   pipewire_pids=($!)
   until_ok 100 test -S "$XDG_RUNTIME_DIR/pipewire-0" || fail "pipewire did not start"
 }
-pw_session() { wireplumber >>"$work/pipewire.log" 2>&1 & pipewire_pids+=($!); }
+pw_session() { wireplumber >>"$work/pipewire.log" 2>&1 & wireplumber_pid=$!; pipewire_pids+=($!); }
 pw_pulse() { pipewire-pulse >>"$work/pipewire.log" 2>&1 & pipewire_pids+=($!); }
 sink_up() {
   pw-cli create-node adapter "{ factory.name = support.null-audio-sink node.name = $sink
@@ -45,14 +46,24 @@ sink_up() {
     || fail "no null sink"
   until_ok 100 sink_ready || fail "the null sink did not appear"
   # The session manager has made it the default: streams go to it.
-  until_ok 300 eval 'pw-metadata 0 default.audio.sink 2>/dev/null | grep -q "$sink"' \
-    || fail "the null sink did not become the default"
+  until_ok 300 eval 'session_kept; pw-metadata 0 default.audio.sink 2>/dev/null | grep -q "$sink"' \
+    || fail "the null sink did not become the default ($(pw-metadata 0 default.audio.sink 2>&1 | tail -n1);" \
+      "WirePlumber $(kill -0 "$wireplumber_pid" 2>/dev/null && echo runs || echo "has gone"); $(tail -n 5 "$work/pipewire.log"))"
 }
 # As when the speakers go: the sink and the streams linked to it.
 sink_down() {
   pw-cli destroy "$(pw-cli ls Node | awk -v name="node.name = \"$sink\"" '/^\tid/ {id=$2} index($0, name) {print id+0}')" \
     >/dev/null || fail "the sink could not be removed"
   until_ok 100 eval '! sink_ready' || fail "the sink did not go"
+}
+# WirePlumber 0.4 (Debian 12) now and then crashes some time after a sink
+# with streams linked to it went; a desktop's service manager starts it
+# again, and so does this.
+session_kept() {
+  [ -n "${wireplumber_pid:-}" ] || return 0
+  kill -0 "$wireplumber_pid" 2>/dev/null && return 0
+  echo "(WirePlumber had crashed; started again, as a desktop's service manager would)"
+  pw_session
 }
 pipewire_up() { pw_server; pw_session; pw_pulse; sink_up; }
 # As when a desktop's sound server crashes or is restarted.
@@ -61,6 +72,7 @@ pipewire_down() {
   kill -9 "${pipewire_pids[@]}" 2>/dev/null
   wait "${pipewire_pids[@]}" 2>/dev/null
   pipewire_pids=()
+  wireplumber_pid=
   rm -f "$XDG_RUNTIME_DIR/pipewire-0" "$XDG_RUNTIME_DIR/pipewire-0.lock"
 }
 on_exit() { pipewire_down; }

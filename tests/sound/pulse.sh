@@ -1,0 +1,97 @@
+#!/bin/bash
+# The voice through a real PulseAudio daemon, as Debian 12's KDE, Xfce,
+# MATE and LXQt desktops run it, with no PipeWire anywhere: heard at its
+# sink, then the daemon killed in a game (30 presses each shown and
+# counted, the operator told once) and started again (the next press is
+# heard), and Ctrl+Q ends the program at once.
+#
+# PulseAudio's package conflicts with PipeWire's PulseAudio service, which
+# the other sound tests use, so its daemon is unpacked from the package
+# into a cache folder; install-deps.sh installs the libraries it needs.
+# Its sink is a pipe, read into a file: what it got is cut from that file
+# around a press.
+#
+# usage: pulse.sh <calloquin executable> <board check tool> <cache folder>
+program=$1
+check=$2
+cache=$3
+for tool in apt-get dpkg-deb dbus-run-session sox lame; do
+  command -v "$tool" >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
+done
+/usr/bin/python3 -c 'import numpy' 2>/dev/null || { echo "SKIP: python3-numpy is not installed"; exit 77; }
+if [ -z "${CALLOQUIN_PRIVATE_BUS:-}" ]; then
+  exec dbus-run-session -- env CALLOQUIN_PRIVATE_BUS=1 bash "$0" "$@"
+fi
+here=$(dirname "$0")
+. "$here/../x11/lib.sh"
+. "$here/pipewire-lib.sh"  # for the shared steps; no PipeWire is started
+unset SDL_AUDIODRIVER PULSE_SERVER
+resources=$(dirname "$(dirname "$program")")/Resources
+
+if [ ! -x "$cache/root/usr/bin/pulseaudio" ]; then
+  mkdir -p "$cache"
+  (cd "$cache" && apt-get download pulseaudio >/dev/null 2>&1) || fail "the pulseaudio package could not be downloaded"
+  dpkg-deb -x "$cache"/pulseaudio_*.deb "$cache/root" || fail "the pulseaudio package could not be unpacked"
+fi
+modules=$(echo "$cache"/root/usr/lib/pulse-*/modules)
+core=$(dirname "$(find "$cache/root/usr/lib" -name 'libpulsecore-*.so' | head -n1)")
+fifo=$work/sink.fifo
+mkfifo "$fifo"
+cat >"$work/default.pa" <<PA
+load-module module-native-protocol-unix
+load-module module-pipe-sink file=$fifo format=s16le rate=44100 channels=1 sink_name=$sink use_system_clock_for_timing=yes
+set-default-sink $sink
+PA
+pulse_pids=()
+pulse_up() {
+  cat "$fifo" >>"$work/sink.raw" &
+  pulse_pids=($!)
+  LD_LIBRARY_PATH="$core:$modules" "$cache/root/usr/bin/pulseaudio" -n -F "$work/default.pa" --dl-search-path="$modules" \
+    --daemonize=no --exit-idle-time=-1 --use-pid-file=no --log-target=stderr >>"$work/pulse.log" 2>&1 &
+  pulse_pids+=($!)
+  until_ok 100 test -S "$XDG_RUNTIME_DIR/pulse/native" || fail "PulseAudio did not start ($(tail -n 3 "$work/pulse.log"))"
+}
+pulse_down() {
+  kill -9 "${pulse_pids[@]}" 2>/dev/null
+  wait "${pulse_pids[@]}" 2>/dev/null
+  rm -f "$XDG_RUNTIME_DIR/pulse/native" "$XDG_RUNTIME_DIR/pulse/pid"
+}
+on_exit() { pulse_down; }
+# What the sink got from the press on: $1 numbers called after it.
+press_heard_pulse() {
+  local before number from
+  before=$(board)
+  from=$(stat -c %s "$work/sink.raw")
+  press Return
+  expect "$1" "$2"
+  number=$(comm -13 <(echo "$before" | sort) <(board | sort) | head -n1)
+  sleep 4.5  # the longest clip
+  tail -c +$((from / 2 * 2 + 1)) "$work/sink.raw" >"$work/heard.raw"
+  sox -t raw -r 44100 -e signed -b 16 -c 1 "$work/heard.raw" "$work/heard.wav"
+  lame --quiet --decode "$resources/vocal$number.mp3" "$work/clip.wav"
+  /usr/bin/python3 "$here/match.py" "$work/heard.wav" "$work/clip.wav" 0.75 >"$work/match.txt" \
+    || fail "$2: the sink did not get the clip of $number ($(cat "$work/match.txt"))"
+  echo "$2: heard $number at the sink, $(cat "$work/match.txt")"
+}
+
+: >"$work/sink.raw"
+pulse_up
+start "$program"
+caller_switch
+press_heard_pulse 1 "a press through PulseAudio"
+pulse_down
+press Return
+expect 2 "PulseAudio gone: press 1"
+until_ok 50 dialog_up || fail "PulseAudio gone: the operator was not told that the voice can't be heard"
+dismiss_notice "PulseAudio gone"
+for n in $(seq 3 31); do
+  press Return
+  expect "$n" "PulseAudio gone: press $((n - 1))"
+done
+no_dialog || fail "PulseAudio gone: told more than once"
+[ "$(reports)" -eq 0 ] || fail "PulseAudio gone: a failure was reported"
+pulse_up
+sleep 1
+press_heard_pulse 32 "the first press once PulseAudio is back"
+quits_at_once "PulseAudio back"
+echo "PASS"
