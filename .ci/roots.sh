@@ -165,16 +165,21 @@ run_command_shows_window() {
   [ "$status" -eq 0 ] || { echo "ci: the program ended with status $status"; return 1; }
 }
 
-# The .deb of the test command (built in $dir, dated by the commit) made
-# again by the README's way from a clone in another folder, a little later
-# and with a clip cache of its own: the same commit must give the same bytes.
+# The .deb of the test command (built in $dir) made again by the README's
+# way from a clone in another folder, a little later, in another time zone
+# and locale and with a clip cache of its own: the same commit must give
+# the same bytes, dated by its release with nothing exported. So must its
+# release tarball.
 reproducible_deb() {
   local r=$1 dir=$2 again=$2-again
   clone_into "$r" "$again" root
   sleep 2
-  in_root "$r" root "$again" 'export SOURCE_DATE_EPOCH=$(git log -1 --format=%ct) &&
+  in_root "$r" root "$dir" 'unset SOURCE_DATE_EPOCH && cmake --build --preset release --target dist >/dev/null' || return 1
+  in_root "$r" root "$again" 'unset SOURCE_DATE_EPOCH && export TZ=Asia/Kolkata LANG=C.UTF-8 &&
     cmake --preset release >/dev/null && cmake --build --preset release >/dev/null &&
-    cd build/release && cpack -G DEB >/dev/null' || return 1
+    cmake --build --preset release --target dist >/dev/null && cd build/release && cpack -G DEB >/dev/null' || return 1
+  cmp "$r$dir"/build/release/calloquin-*.tar.xz "$r$again"/build/release/calloquin-*.tar.xz || return 1
+  echo "ci: $(basename "$r$dir"/build/release/calloquin-*.tar.xz) is the same bytes made twice"
   local first second
   first=$(ls "$r$dir"/build/release/calloquin_*.deb) second=$(ls "$r$again"/build/release/calloquin_*.deb)
   if ! cmp "$first" "$second"; then

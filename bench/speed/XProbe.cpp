@@ -11,9 +11,9 @@
 //                  --min PIXELS [--hold-ms H] -- PROGRAM [ARGS...]
 //     Starts the program and times from exec to the first frame in which at
 //     least PIXELS of the region (content coordinates) have the colour.
-//   xprobe sound --sink NAME [--presses N] [--wait-ms W] TARGET
+//   xprobe sound --sink NAME [--presses N] [--wait-ms W] [--quiet-ms Q] TARGET
 //     With the caller switched on, presses Return N times (at most 89, one
-//     game), each once the sink has been quiet for a while, and times each
+//     game), each once the sink has been quiet for Q ms (400), and times each
 //     press from the key event to the clip's first sample at the PipeWire
 //     sink NAME. W is the wait between the window's appearing and the
 //     first press.
@@ -472,13 +472,14 @@ int Startup(int argc, char** argv) {
 
 int Sound(int argc, char** argv) {
   std::string sink;
-  int presses = 60, waitMs = 1000;
+  int presses = 60, waitMs = 1000, quietMs = 400;
   std::optional<Target> target;
   for (int i = 0; i < argc; ++i) {
     const std::string a = argv[i];
     if (a == "--sink" && i + 1 < argc) sink = argv[++i];
     else if (a == "--presses" && i + 1 < argc) presses = std::atoi(argv[++i]);
     else if (a == "--wait-ms" && i + 1 < argc) waitMs = std::atoi(argv[++i]);
+    else if (a == "--quiet-ms" && i + 1 < argc) quietMs = std::atoi(argv[++i]);
     else target = ParseTarget(a);
   }
   if (!target || sink.empty() || presses < 1 || presses > 89) Die("sound needs --sink, one target and 1 to 89 presses");
@@ -491,7 +492,7 @@ int Sound(int argc, char** argv) {
   std::vector<double> times;
   for (int press = 1; press <= presses; ++press) {
     // One clip at a time: the next press waits for the sink's silence.
-    if (!listener.WaitQuiet(std::chrono::milliseconds(200), Clock::now() + std::chrono::seconds(8))) {
+    if (!listener.WaitQuiet(std::chrono::milliseconds(quietMs), Clock::now() + std::chrono::seconds(8))) {
       Die("the sink never went quiet before press " + std::to_string(press));
     }
     Focus(t);

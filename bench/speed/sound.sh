@@ -4,7 +4,9 @@
 # PulseAudio service, a null sink) and a private Xvfb. For each program:
 # one run of 60 presses (the median and 95th percentile are over all of
 # them), and 10 more runs of one press each (the first press of a run, 11
-# in all). Programs are measured one after the other in the same session.
+# in all), and 3 runs whose one press comes after 30 s of silence with the
+# caller on. Each press comes after 0.4 s of silence at the sink. Programs
+# are measured one after the other in the same session.
 #
 # usage: bench/speed/sound.sh LABEL=COMMAND...
 #   e.g. bench/speed/sound.sh now=build/bench/Calloquin/bin/calloquin \
@@ -32,11 +34,11 @@ pipewire_up
 echo "PipeWire $(pipewire --version | sed -n "s/^Linked with libpipewire //p"), $(. /etc/os-release && echo "$PRETTY_NAME")"
 
 # One run: the program, then the probe once its window is up.
-run() {  # presses, command...
-  local presses=$1; shift
+run() {  # presses, wait before the first (ms), command...
+  local presses=$1 wait=$2; shift 2
   "$@" 2>"$work/program.log" &
   app_pid=$!
-  "$xprobe" sound --sink "$sink" --presses "$presses" --wait-ms 1500 "display=$DISPLAY,name=Calloquin"
+  "$xprobe" sound --sink "$sink" --presses "$presses" --wait-ms "$wait" "display=$DISPLAY,name=Calloquin"
   local status=$?
   kill "$app_pid" 2>/dev/null
   wait "$app_pid" 2>/dev/null
@@ -47,11 +49,16 @@ run() {  # presses, command...
 for target in "$@"; do
   label=${target%%=*}
   read -r -a command <<<"${target#*=}"
-  long=$(run 60 "${command[@]}") || fail "$label: $long"
+  long=$(run 60 1500 "${command[@]}") || fail "$label: $long"
   firsts=$(sed -n 's/.* first=\([0-9.]*\).*/\1/p' <<<"$long")
   for _ in $(seq 10); do
-    one=$(run 1 "${command[@]}") || fail "$label: $one"
+    one=$(run 1 1500 "${command[@]}") || fail "$label: $one"
     firsts="$firsts $(sed -n 's/.* first=\([0-9.]*\).*/\1/p' <<<"$one")"
+  done
+  # The caller switched on, then 30 s of silence before the press.
+  for _ in 1 2 3; do
+    one=$(run 1 30000 "${command[@]}") || fail "$label: $one"
+    echo "$label: the first press after 30 s of silence: $(sed -n 's/.* first=\([0-9.]*\).*/\1/p' <<<"$one") ms"
   done
   /usr/bin/python3 - "$label" "$long" $firsts <<'EOF'
 import statistics, sys

@@ -40,20 +40,29 @@ pw_server() {
 }
 pw_session() { wireplumber >>"$work/pipewire.log" 2>&1 & wireplumber_pid=$!; pipewire_pids+=($!); }
 pw_pulse() { pipewire-pulse >>"$work/pipewire.log" 2>&1 & pipewire_pids+=($!); }
+# The sink belongs to a client of its own, as a sound card's belongs to
+# the session manager's monitor: when the client goes, so does the sink,
+# as when speakers are unplugged.
+sink_client=
 sink_up() {
-  pw-cli create-node adapter "{ factory.name = support.null-audio-sink node.name = $sink
-    media.class = Audio/Sink object.linger = true audio.position = [ FL FR ] }" >/dev/null \
-    || fail "no null sink"
+  local commands=$work/sink-client.$RANDOM
+  mkfifo "$commands"
+  pw-cli <"$commands" >>"$work/pipewire.log" 2>&1 &
+  sink_client=$!
+  pipewire_pids+=($!)
+  exec 7>"$commands"
+  echo "create-node adapter { factory.name = support.null-audio-sink node.name = $sink
+    media.class = Audio/Sink audio.position = [ FL FR ] }" >&7
   until_ok 100 sink_ready || fail "the null sink did not appear"
   # The session manager has made it the default: streams go to it.
   until_ok 300 eval 'session_kept; pw-metadata 0 default.audio.sink 2>/dev/null | grep -q "$sink"' \
     || fail "the null sink did not become the default ($(pw-metadata 0 default.audio.sink 2>&1 | tail -n1);" \
       "WirePlumber $(kill -0 "$wireplumber_pid" 2>/dev/null && echo runs || echo "has gone"); $(tail -n 5 "$work/pipewire.log"))"
 }
-# As when the speakers go: the sink and the streams linked to it.
 sink_down() {
-  pw-cli destroy "$(pw-cli ls Node | awk -v name="node.name = \"$sink\"" '/^\tid/ {id=$2} index($0, name) {print id+0}')" \
-    >/dev/null || fail "the sink could not be removed"
+  kill "$sink_client"
+  wait "$sink_client" 2>/dev/null
+  exec 7>&-
   until_ok 100 eval '! sink_ready' || fail "the sink did not go"
 }
 # WirePlumber 0.4 (Debian 12) now and then crashes some time after a sink
