@@ -30,7 +30,8 @@ resources=$(dirname "$(dirname "$program")")/Resources
 
 if [ ! -x "$cache/root/usr/bin/pulseaudio" ]; then
   mkdir -p "$cache"
-  (cd "$cache" && apt-get download pulseaudio >/dev/null 2>&1) || fail "the pulseaudio package could not be downloaded"
+  # A build with no network (a distribution's builder) skips this test.
+  (cd "$cache" && apt-get download pulseaudio >/dev/null 2>&1) || { echo "SKIP: the pulseaudio package can't be had"; exit 77; }
   dpkg-deb -x "$cache"/pulseaudio_*.deb "$cache/root" || fail "the pulseaudio package could not be unpacked"
 fi
 modules=$(echo "$cache"/root/usr/lib/pulse-*/modules)
