@@ -60,7 +60,10 @@ std::variant<Samples, DecodeError> Decode(const String& path) {
   if (h == nullptr) return DecodeError{"it is not a sound that can be played", m->plain_strerror(error)};
   // The decoder mixes stereo down and resamples to the mixer's own format,
   // so the audio thread only adds samples.
-  m->param(h, MPG123_FLAGS, MPG123_QUIET, 0);
+  // Added to the default flags, which keep gapless decoding: the encoder's
+  // delay and padding (some 25 ms of silence) are cut, so the voice starts
+  // with the clip's first sample.
+  m->param(h, MPG123_ADD_FLAGS, MPG123_QUIET, 0);
   m->format_none(h);
   m->format(h, static_cast<long>(kMixerRate), MPG123_MONO, MPG123_ENC_SIGNED_16);
   auto samples = std::make_shared<std::vector<std::int16_t>>();
