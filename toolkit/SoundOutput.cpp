@@ -355,7 +355,12 @@ class Owner {
     // An SDL that gives the server one buffer a cycle learns the server's
     // cycle before a clip starts on it: a clip started on a buffer shorter
     // than the cycle would come out broken and stretched.
-    const bool learnPace = pipewire && OneBufferACycle() && pipeWireFrames_ == kPipeWireBufferFrames;
+    // Once a server's cycle is known to fit the buffer, later openings
+    // through it start their clip at once (a cycle that grows later is
+    // followed while the output plays).
+    if (server_ != paceOf_) paceKnown_ = false;
+    const bool learnPace =
+        pipewire && OneBufferACycle() && pipeWireFrames_ == kPipeWireBufferFrames && !paceKnown_;
     s.holding.store(learnPace);
     sdl_->PauseAudioDevice(device_, 0);
     s.open.store(true);
@@ -369,6 +374,8 @@ class Owner {
         Close();
         return Open();
       }
+      paceKnown_ = cycle > 0;
+      paceOf_ = server_;
     }
     if (!hadDevice_ && failedAt_) Say(String("sound through ") + (driver != nullptr ? driver : "") + " from here on.");
     hadDevice_ = true;
@@ -462,7 +469,8 @@ class Owner {
   String drivers_;
   SDL_AudioDeviceID device_ = 0;
   int pipeWireFrames_ = kPipeWireBufferFrames;
-  std::optional<std::pair<dev_t, ino_t>> server_;
+  std::optional<std::pair<dev_t, ino_t>> server_, paceOf_;
+  bool paceKnown_ = false;
   Clock::time_point openedAt_;
   std::optional<Clock::time_point> failedAt_;
 };

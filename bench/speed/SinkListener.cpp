@@ -3,7 +3,12 @@
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -25,6 +30,12 @@ const pw_stream_events kEvents = [] {
 }  // namespace
 
 SinkListener::SinkListener(const std::string& sink) {
+  if (sink.rfind("fifo:", 0) == 0) {
+    rate_ = 44100;
+    pipeReader_ = std::thread([this, path = sink.substr(5)] { ReadPipe(path); });
+    pipeReader_.detach();  // reads until the process ends
+    return;
+  }
   pw_init(nullptr, nullptr);
   loop_ = pw_thread_loop_new("sink-listener", nullptr);
   pw_properties* props = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture",
@@ -54,6 +65,7 @@ SinkListener::SinkListener(const std::string& sink) {
 }
 
 SinkListener::~SinkListener() {
+  if (loop_ == nullptr) return;
   pw_thread_loop_stop(loop_);
   pw_stream_destroy(stream_);
   pw_thread_loop_destroy(loop_);
@@ -75,12 +87,41 @@ void SinkListener::OnProcess() {
     }
   }
   pw_stream_queue_buffer(stream_, b);
+  Add(block);
+}
+
+void SinkListener::Add(const Block& block) {
   {
     std::lock_guard<std::mutex> lock(mutex_);
     blocks_.push_back(block);
     if (blocks_.size() > 4096) blocks_.pop_front();
   }
   changed_.notify_all();
+}
+
+void SinkListener::ReadPipe(const std::string& path) {
+  const int fd = open(path.c_str(), O_RDONLY);
+  if (fd < 0) {
+    std::fprintf(stderr, "sink listener: cannot open %s (%s)\n", path.c_str(), std::strerror(errno));
+    std::exit(2);
+  }
+  std::int16_t samples[441];  // 10 ms
+  for (;;) {
+    const ssize_t got = read(fd, samples, sizeof samples);
+    if (got <= 0) break;
+    const auto now = Clock::now();
+    const std::size_t n = static_cast<std::size_t>(got) / sizeof(std::int16_t);
+    Block block{now - std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(double(n) / rate_)),
+                std::nullopt};
+    for (std::size_t i = 0; i < n; ++i) {
+      if (std::abs(samples[i]) > kThreshold * 32768) {
+        block.loudAt = static_cast<double>(i) / rate_;
+        break;
+      }
+    }
+    Add(block);
+  }
+  close(fd);
 }
 
 std::optional<SinkListener::Clock::time_point> SinkListener::FirstSound(Clock::time_point after,

@@ -2,13 +2,17 @@
 // Listens at a PipeWire sink's monitor and tells when sound reaches the
 // sink: each block of what the sink was given, stamped with the start of
 // the graph cycle in which the sink took it (CLOCK_MONOTONIC, the clock of
-// std::chrono::steady_clock on Linux).
+// std::chrono::steady_clock on Linux). A sink named "fifo:PATH" is a
+// PulseAudio pipe sink timed by the system clock (16-bit mono, 44.1 kHz):
+// each block read from the pipe is stamped with when it was read, less its
+// length.
 #include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
 
 struct pw_thread_loop;
 struct pw_stream;
@@ -33,6 +37,9 @@ class SinkListener {
     Clock::time_point start;      // when its first sample was at the sink
     std::optional<double> loudAt;  // offset in seconds of its first loud sample
   };
+  void Add(const Block& block);
+  void ReadPipe(const std::string& path);
+  std::thread pipeReader_;
   pw_thread_loop* loop_ = nullptr;
   pw_stream* stream_ = nullptr;
   std::mutex mutex_;

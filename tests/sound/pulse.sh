@@ -28,35 +28,7 @@ here=$(dirname "$0")
 unset SDL_AUDIODRIVER PULSE_SERVER
 resources=$(dirname "$(dirname "$program")")/Resources
 
-if [ ! -x "$cache/root/usr/bin/pulseaudio" ]; then
-  mkdir -p "$cache"
-  # A build with no network (a distribution's builder) skips this test.
-  (cd "$cache" && apt-get download pulseaudio >/dev/null 2>&1) || { echo "SKIP: the pulseaudio package can't be had"; exit 77; }
-  dpkg-deb -x "$cache"/pulseaudio_*.deb "$cache/root" || fail "the pulseaudio package could not be unpacked"
-fi
-modules=$(echo "$cache"/root/usr/lib/pulse-*/modules)
-core=$(dirname "$(find "$cache/root/usr/lib" -name 'libpulsecore-*.so' | head -n1)")
-fifo=$work/sink.fifo
-mkfifo "$fifo"
-cat >"$work/default.pa" <<PA
-load-module module-native-protocol-unix
-load-module module-pipe-sink file=$fifo format=s16le rate=44100 channels=1 sink_name=$sink use_system_clock_for_timing=yes
-set-default-sink $sink
-PA
-pulse_pids=()
-pulse_up() {
-  cat "$fifo" >>"$work/sink.raw" &
-  pulse_pids=($!)
-  LD_LIBRARY_PATH="$core:$modules" "$cache/root/usr/bin/pulseaudio" -n -F "$work/default.pa" --dl-search-path="$modules" \
-    --daemonize=no --exit-idle-time=-1 --use-pid-file=no --log-target=stderr >>"$work/pulse.log" 2>&1 &
-  pulse_pids+=($!)
-  until_ok 100 test -S "$XDG_RUNTIME_DIR/pulse/native" || fail "PulseAudio did not start ($(tail -n 3 "$work/pulse.log"))"
-}
-pulse_down() {
-  kill -9 "${pulse_pids[@]}" 2>/dev/null
-  wait "${pulse_pids[@]}" 2>/dev/null
-  rm -f "$XDG_RUNTIME_DIR/pulse/native" "$XDG_RUNTIME_DIR/pulse/pid"
-}
+. "$here/pulse-lib.sh"
 on_exit() { pulse_down; }
 # What the sink got from the press on: $1 numbers called after it.
 press_heard_pulse() {

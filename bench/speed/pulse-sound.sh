@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Press to sound through a real PulseAudio daemon (tests/sound/pulse-lib.sh),
+# with no PipeWire: from the key event to the clip's first samples in the
+# daemon's pipe sink, timed by the system clock. One run of 60 presses for
+# each program, each after 0.4 s of silence, and 5 runs of one press.
+#
+# usage: bench/speed/pulse-sound.sh LABEL=COMMAND...   (BENCH_BIN: bench_xprobe's folder)
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+repo=$(cd "$here/../.." && pwd)
+if [ -z "${CALLOQUIN_PRIVATE_BUS:-}" ]; then
+  exec dbus-run-session -- env CALLOQUIN_PRIVATE_BUS=1 bash "$0" "$@"
+fi
+xprobe=${BENCH_BIN:-$repo/build/bench/bench/speed}/bench_xprobe
+set +e
+. "$repo/tests/common.sh"
+sink=calloquin-test-sink cache=$repo/build/pulseaudio
+export XDG_RUNTIME_DIR=$work/run
+mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+unset SDL_AUDIODRIVER PULSE_SERVER PIPEWIRE_REMOTE PIPEWIRE_RUNTIME_DIR
+PULSE_READER=none
+. "$repo/tests/sound/pulse-lib.sh"
+xvfb=
+on_exit() { pulse_down; [ -n "$xvfb" ] && kill "$xvfb"; }
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$work/display" 2>/dev/null &
+xvfb=$!
+until_ok 100 test -s "$work/display" || fail "Xvfb did not start"
+export DISPLAY=":$(cat "$work/display")"
+pulse_up
+echo "PulseAudio $("$cache"/root/usr/bin/pulseaudio --version 2>/dev/null | awk '{print $2}'), $(. /etc/os-release && echo "$PRETTY_NAME")"
+run() {  # presses, command...
+  local presses=$1; shift
+  "$@" 2>"$work/program.log" &
+  app_pid=$!
+  "$xprobe" sound --sink "fifo:$fifo" --presses "$presses" --wait-ms 1500 "display=$DISPLAY,name=Calloquin"
+  local status=$?
+  kill "$app_pid" 2>/dev/null; wait "$app_pid" 2>/dev/null; app_pid=
+  return "$status"
+}
+for target in "$@"; do
+  label=${target%%=*}
+  read -r -a command <<<"${target#*=}"
+  long=$(run 60 "${command[@]}") || fail "$label: $long"
+  echo "$label: $(sed 's/ all=.*//' <<<"$long")"
+  for _ in 1 2 3 4 5; do
+    one=$(run 1 "${command[@]}") || fail "$label: $one"
+    echo "$label, first press of a run: $(sed -n 's/.* first=\([0-9.]*\).*/\1/p' <<<"$one") ms"
+  done
+done
