@@ -51,8 +51,9 @@ sink_up() {
   sink_client=$!
   pipewire_pids+=($!)
   exec 7>"$commands"
-  echo "create-node adapter { factory.name = support.null-audio-sink node.name = $sink
-    media.class = Audio/Sink audio.position = [ FL FR ] }" >&7
+  # One line: pw-cli reads a command a line.
+  echo "create-node adapter { factory.name = support.null-audio-sink node.name = $sink" \
+    "media.class = Audio/Sink audio.position = [ FL FR ] }" >&7
   until_ok 100 sink_ready || fail "the null sink did not appear"
   # The session manager has made it the default: streams go to it.
   until_ok 300 eval 'session_kept; pw-metadata 0 default.audio.sink 2>/dev/null | grep -q "$sink"' \
