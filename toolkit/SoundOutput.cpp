@@ -141,6 +141,10 @@ struct Shared {
   std::atomic<Clock::rep> endsBy{0};  // when the clips begun so far end, played at their pace
   std::atomic<unsigned long> begun{0};
   // Written by the owner.
+  // The starts handed out before an output was last found lost: SDL goes on
+  // asking a lost device's callback for sound at its pace, so such a start
+  // may have begun into nothing.
+  std::atomic<unsigned long> lostUpTo{0};
   std::atomic<bool> open{false}, opening{false};
   std::atomic<bool> holding{false};  // no clip starts: the new device's pace is not known yet
   // The audio thread's own; the owner touches them only with the device closed.
@@ -251,6 +255,8 @@ class Owner {
       hold.unlock();
       if (wanted) {
         Serve();
+      } else if (device_ != 0 && Lost()) {
+        CloseLost();  // told now, not at the next clip
       } else if (device_ != 0) {
         CloseIfQuiet();
       }
@@ -293,10 +299,7 @@ class Owner {
     if (!Start() && sdl_ == nullptr) return Drop();
     if (device_ != 0) {
       if (Lost()) {
-        const char* driver = sdl_->GetCurrentAudioDriver();
-        Say(String("the sound output (") + (driver != nullptr ? driver : "") + ") was lost; opening it again.");
-        Close();
-        afresh_ = true;
+        CloseLost();
       } else if (FollowPace()) {
         Say("the sound server's cycles are longer than the voice's buffer; opening the output again with " +
             std::to_string(pipeWireFrames_) + " frames.");
@@ -390,6 +393,16 @@ class Owner {
     s.open.store(false);
     s.voices.clear();  // nothing sounds: only a lost device is closed under a clip
     s.sounding.store(0);
+  }
+
+  void CloseLost() {
+    const char* driver = sdl_->GetCurrentAudioDriver();
+    Say(String("the sound output (") + (driver != nullptr ? driver : "") + ") was lost; it opens again at the next clip.");
+    Close();
+    afresh_ = true;
+    Shared& s = S();
+    const std::lock_guard hold(s.lock);
+    s.lostUpTo.store(s.handedOut);
   }
 
   void CloseIfQuiet() {
@@ -504,7 +517,7 @@ unsigned long Start(Samples clip) {
 
 bool StartedOrPlaying(unsigned long start) {
   const Shared& s = S();
-  if (s.begun.load() >= start) return true;
+  if (s.begun.load() >= start && s.lostUpTo.load() < start) return true;
   return s.open.load() && Clock::now() - At(s.lastMixed.load()) < kQuietMeansLost;
 }
 

@@ -28,7 +28,8 @@ void Prepare();
 // start for StartedOrPlaying.
 unsigned long Start(Samples clip);
 
-// Whether the clip of that start has begun, or the output plays now.
+// Whether the clip of that start has begun on an output not lost since,
+// or the output plays now.
 bool StartedOrPlaying(unsigned long start);
 
 // Why there is no output, in the sound system's words, for the log.

@@ -52,19 +52,24 @@ pulse_up
 start "$program"
 caller_switch
 press_heard_pulse 1 "a press through PulseAudio"
+# Killed while the output is still open from a clip: SDL goes on asking
+# for sound at a lost device's pace, so the next clip "begins" into nothing.
+press Return
+expect 2 "a press just before PulseAudio goes"
+sleep 0.3
 pulse_down
 press Return
-expect 2 "PulseAudio gone: press 1"
+expect 3 "PulseAudio gone: press 1"
 until_ok 50 dialog_up || fail "PulseAudio gone: the operator was not told that the voice can't be heard"
 dismiss_notice "PulseAudio gone"
-for n in $(seq 3 31); do
+for n in $(seq 4 32); do
   press Return
-  expect "$n" "PulseAudio gone: press $((n - 1))"
+  expect "$n" "PulseAudio gone: press $((n - 2))"
 done
 no_dialog || fail "PulseAudio gone: told more than once"
 [ "$(reports)" -eq 0 ] || fail "PulseAudio gone: a failure was reported"
 pulse_up
 sleep 1
-press_heard_pulse 32 "the first press once PulseAudio is back"
+press_heard_pulse 33 "the first press once PulseAudio is back"
 quits_at_once "PulseAudio back"
 echo "PASS"
