@@ -58,16 +58,21 @@ polish="compand 0.002,0.02 -80,-80,-50,-24,-30,-14,0,-6 -6 -90 0.002 compand 0,0
 longest=4.4
 voice=voice_cmu_us_slt_arctic_hts
 
+# The loudness meter (loudness.cpp): the build's own (LOUDNESS, compiled
+# with the build's flags), or else built here for this run with $CXX.
 cxx=${CXX:-c++}
-for tool in festival sox lame "$cxx"; do
+for tool in festival sox lame ${LOUDNESS:+true} ${LOUDNESS:-"$cxx"}; do
   command -v "$tool" >/dev/null || { echo "$0: $tool is missing" >&2; exit 1; }
 done
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/calloquin-voice.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 trap 'exit 1' INT TERM
-# The loudness meter (loudness.cpp), built for this run.
-"$cxx" -O2 -std=c++20 -o "$work/loudness" "$(dirname "$0")/loudness.cpp"
+if [ -n "${LOUDNESS:-}" ]; then
+  cp "$LOUDNESS" "$work/loudness"
+else
+  "$cxx" -O2 -std=c++20 -o "$work/loudness" "$(dirname "$0")/loudness.cpp"
+fi
 
 # The table is one C++ string constant written as adjacent literals; the
 # calls hold letters, digits and blanks only, so gluing the literals
