@@ -4,7 +4,8 @@
 # debian/ at its top, built by dpkg-buildpackage (source and binary), then
 # checked: lintian on the .changes (any error or warning fails) and blhc on
 # the build log (any flag missing fails). DEB_BUILD_OPTIONS=nocheck skips
-# the tests in the package build, as Debian's tools do.
+# the tests in the package build, and the nocheck profile then spares the
+# Build-Depends that only the tests need, as Debian's tools do.
 #
 # usage: packaging/build-deb.sh <folder>
 #   Leaves in <folder>: the .dsc, .debian.tar.xz, orig tarball, .deb files,
@@ -27,8 +28,10 @@ tree=$out/calloquin-$upstream
 cp -r "$tree/packaging/debian" "$tree/debian"
 
 echo "dpkg-buildpackage: calloquin $version in $tree (log: $out/build.log)"
+profiles=()
+[[ " ${DEB_BUILD_OPTIONS:-} " == *" nocheck "* ]] && profiles=(--build-profiles=nocheck)
 status=0
-(cd "$tree" && dpkg-buildpackage -us -uc >"$out/build.log" 2>&1) || status=$?
+(cd "$tree" && dpkg-buildpackage -us -uc "${profiles[@]}" >"$out/build.log" 2>&1) || status=$?
 if [ "$status" -ne 0 ]; then
   tail -n 60 "$out/build.log"
   echo "FAIL: dpkg-buildpackage ended with status $status"

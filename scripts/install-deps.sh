@@ -4,24 +4,20 @@
 # Given package names, installs those instead (the benchmarks' extras).
 set -euo pipefail
 
-packages=(
-  # build: clang, also for the sanitizers and the fuzzer's libFuzzer
-  clang libclang-rt-dev make cmake ninja-build pkg-config qt6-base-dev libgl-dev libsdl2-dev libmpg123-dev libpng-dev libgtest-dev
-  # the window on a Wayland desktop, as a native client
-  qt6-wayland
-  # the voice clips and the backdrop, made at build time
-  festival festvox-us-slt-hts lame sox
-  # a font for offscreen rendering, and the tests through a real X server
-  fonts-dejavu-core xvfb xauth xdotool imagemagick x11-utils
-  # what a screen reader hears, read off a private accessibility bus
-  dbus-daemon at-spi2-core python3-pyatspi
-  # the program on headless Wayland compositors: keys and screenshots
-  weston sway wtype grim
-  # the voice heard at a private PipeWire's sink, as on a desktop
-  pipewire pipewire-bin wireplumber pipewire-pulse python3-numpy
-  # the .deb, Debian's checks of it, and the checks of its desktop entry and
-  # AppStream metainfo
-  dpkg-dev file lintian desktop-file-utils appstream
+here=$(cd "$(dirname "$0")/.." && pwd)
+# What the build and every test need is what the Debian package's
+# Build-Depends name (packaging/debian/control): one list for both, its
+# build profiles and versions left out.
+build_depends() {
+  awk '/^Build-Depends:/ { on = 1; sub(/^Build-Depends:/, ""); print; next }
+       on && /^[ \t]/ { print; next } { on = 0 }' "$here/packaging/debian/control" |
+    tr ',' '\n' | sed 's/<[^>]*>//g; s/([^)]*)//g; s/[[:space:]]//g; /^$/d; s/^debhelper-compat$/debhelper/'
+}
+mapfile -t packages < <(build_depends)
+packages+=(
+  # development alone: the presets' generator, the sanitizer and libFuzzer
+  # runtimes, and the checks of the package (its build, lintian and blhc)
+  ninja-build libclang-rt-dev dpkg-dev file lintian blhc
 )
 
 # PulseAudio's own daemon plays in one test beside PipeWire's packages. Its
