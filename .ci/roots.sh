@@ -165,30 +165,38 @@ run_command_shows_window() {
   [ "$status" -eq 0 ] || { echo "ci: the program ended with status $status"; return 1; }
 }
 
-# The .deb of the test command (built in $dir) made again by the README's
-# way from a clone in another folder, a little later, in another time zone
-# and locale and with a clip cache of its own: the same commit must give
-# the same bytes, dated by its release with nothing exported. So must its
-# release tarball.
-reproducible_deb() {
-  local r=$1 dir=$2 again=$2-again
-  clone_into "$r" "$again" root
-  sleep 2
-  in_root "$r" root "$dir" 'unset SOURCE_DATE_EPOCH && cmake --build --preset release --target dist >/dev/null' || return 1
-  in_root "$r" root "$again" 'unset SOURCE_DATE_EPOCH && export TZ=Asia/Kolkata LANG=C.UTF-8 &&
-    cmake --preset release >/dev/null && cmake --build --preset release >/dev/null &&
-    cmake --build --preset release --target dist >/dev/null && cd build/release && cpack -G DEB >/dev/null' || return 1
-  cmp "$r$dir"/build/release/calloquin-*.tar.xz "$r$again"/build/release/calloquin-*.tar.xz || return 1
-  echo "ci: $(basename "$r$dir"/build/release/calloquin-*.tar.xz) is the same bytes made twice"
-  local first second
-  first=$(ls "$r$dir"/build/release/calloquin_*.deb) second=$(ls "$r$again"/build/release/calloquin_*.deb)
-  if ! cmp "$first" "$second"; then
-    diff <(dpkg-deb -c "$first") <(dpkg-deb -c "$second") | head -n 20
-    diff <(cd "$r$dir" && find build/release/Calloquin -type f -exec md5sum {} + | sort -k2) \
-      <(cd "$r$again" && find build/release/Calloquin -type f -exec md5sum {} + | sort -k2) | head -n 20
-    return 1
-  fi
-  echo "ci: $(basename "$first") is the same bytes built twice ($(md5sum <"$first" | cut -c1-12))"
+# The Debian package built as a distribution's builder builds it: in a
+# fresh root of the suite that gets only what the Build-Depends name
+# (apt-get build-dep), by a user of its own, with the package's tests
+# (dh_auto_test), under another umask, time zone and locale, later than the
+# test command's build. lintian and blhc come after the build. On the
+# suite given as $3, the .deb must be the same bytes as the test command's
+# (built in $2's build/debian), and so must the release tarball.
+clean_root_package() {
+  local suite=$1 first=$2 compare=${3:-} r=$work/$suite-builder
+  make_root "$suite" "$r" >/dev/null || return 1
+  enter_root "$r"
+  add_user "$r" builder
+  clone_into "$r" /home/builder/calloquin builder
+  chroot "$r" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive sh -c '
+    mkdir -p /tmp/control/debian && cp /home/builder/calloquin/packaging/debian/control /tmp/control/debian/ &&
+    apt-get update -qq && apt-get build-dep -y -qq /tmp/control >/tmp/build-dep.log 2>&1' \
+    || { tail -n 20 "$r/tmp/build-dep.log"; return 1; }
+  in_root "$r" builder /home/builder/calloquin \
+    'umask 077 && export TZ=Pacific/Kiritimati LANG=C.UTF-8 LC_ALL=C.UTF-8 && packaging/build-deb.sh --build-only ~/deb' || return 1
+  chroot "$r" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends lintian blhc >/dev/null || return 1
+  in_root "$r" builder /home/builder/calloquin 'packaging/build-deb.sh --checks-only ~/deb' || return 1
+  [ -n "$compare" ] || return 0
+  local a b
+  for a in "$compare"/build/debian/calloquin_*.orig.tar.xz "$compare"/build/debian/calloquin_*_amd64.deb; do
+    b=$r/home/builder/deb/$(basename "$a")
+    if ! cmp "$a" "$b"; then
+      case $a in *.deb) diff <(dpkg-deb -c "$a") <(dpkg-deb -c "$b") | head -n 20 ;; esac
+      return 1
+    fi
+    echo "ci: $(basename "$a") is the same bytes from both builds ($(md5sum <"$a" | cut -c1-12))"
+  done
 }
 
 xvfb_pid=
