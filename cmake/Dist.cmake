@@ -8,8 +8,33 @@
 # depend on the machine.
 find_program(GIT git)
 find_program(XZ xz)
-if(NOT GIT OR NOT XZ OR NOT EXISTS "${SOURCE}/.git")
-  message(FATAL_ERROR "dist makes the tarball from a git checkout, with git and xz installed")
+find_program(TAR tar)
+if(NOT XZ)
+  message(FATAL_ERROR "dist needs xz")
+endif()
+if(NOT EXISTS "${SOURCE}/.git")
+  # Sources unpacked from a tarball: packed again as they are, build
+  # folders left out, in the same pinned way (the files keep the times the
+  # tarball gave them).
+  if(NOT TAR)
+    message(FATAL_ERROR "dist needs git (in a checkout) or tar")
+  endif()
+  execute_process(
+    COMMAND ${TAR} --create --format=pax --pax-option=exthdr.name=%d/PaxHeaders/%f,delete=atime,delete=ctime
+      --sort=name --owner=0 --group=0 --numeric-owner --mode=u+rw,go-w,a+rX
+      --exclude=./build --exclude=./obj-* --exclude=./debian --transform=s|^\\.|${PREFIX}| -C ${SOURCE} .
+    COMMAND ${XZ} --threads=1 -6 --stdout
+    OUTPUT_FILE ${OUT}
+    RESULT_VARIABLE failed)
+  if(failed)
+    file(REMOVE ${OUT})
+    message(FATAL_ERROR "dist: tar or xz failed")
+  endif()
+  message(STATUS "dist: ${OUT} from the sources in ${SOURCE}")
+  return()
+endif()
+if(NOT GIT)
+  message(FATAL_ERROR "dist makes the tarball of a git checkout with git")
 endif()
 execute_process(COMMAND ${GIT} -C ${SOURCE} status --porcelain --untracked-files=no OUTPUT_VARIABLE dirty)
 if(dirty)

@@ -17,8 +17,8 @@ source_dir=$(cd "$(dirname "$0")/.." && pwd)
 mode=all
 case $1 in --build-only | --checks-only) mode=${1#--}; shift ;; esac
 out=$(realpath -m "$1")
-tools=(dpkg-buildpackage dh git xz lintian blhc)
-case $mode in build-only) tools=("${tools[@]:0:4}") ;; checks-only) tools=("${tools[@]:4}") ;; esac
+tools=(dpkg-buildpackage dh xz lintian blhc)
+case $mode in build-only) tools=("${tools[@]:0:3}") ;; checks-only) tools=("${tools[@]:3}") ;; esac
 for tool in "${tools[@]}"; do
   command -v "$tool" >/dev/null || { echo "FAIL: $tool is not installed (scripts/install-deps.sh installs it)"; exit 1; }
 done
