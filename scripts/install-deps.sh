@@ -15,9 +15,9 @@ build_depends() {
 }
 mapfile -t packages < <(build_depends)
 packages+=(
-  # development alone: the presets' generator, the sanitizer and libFuzzer
+  # development alone: the sanitizer and libFuzzer
   # runtimes, and the checks of the package (its build, lintian and blhc)
-  ninja-build libclang-rt-dev dpkg-dev file lintian blhc
+  libclang-rt-dev dpkg-dev file lintian blhc
 )
 
 # PulseAudio's own daemon plays in one test beside PipeWire's packages. Its
