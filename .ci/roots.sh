@@ -169,11 +169,11 @@ run_command_shows_window() {
 # fresh root of the suite that gets only what the Build-Depends name
 # (apt-get build-dep), by a user of its own, with the package's tests
 # (dh_auto_test), under another umask, time zone and locale, later than the
-# test command's build. lintian and blhc come after the build. On the
-# suite given as $3, the .deb must be the same bytes as the test command's
-# (built in $2's build/debian), and so must the release tarball.
+# test command's build. lintian and blhc come after the build. Given the
+# checkout where the test command ran ($2), the .deb must be the same bytes
+# as the one it built (in build/debian), and so must the release tarball.
 clean_root_package() {
-  local suite=$1 first=$2 compare=${3:-} r=$work/$suite-builder
+  local suite=$1 compare=${2:-} r=$work/$suite-builder
   make_root "$suite" "$r" >/dev/null || return 1
   enter_root "$r"
   add_user "$r" builder
