@@ -15,9 +15,10 @@ build_depends() {
 }
 mapfile -t packages < <(build_depends)
 packages+=(
-  # development alone: the sanitizer and libFuzzer
-  # runtimes, and the checks of the package (its build, lintian and blhc)
-  libclang-rt-dev dpkg-dev file lintian blhc
+  # development alone: the sanitizer and libFuzzer runtimes; what
+  # dpkg-buildpackage takes as given in every build (build-essential), and
+  # the checks of the package (lintian and blhc)
+  libclang-rt-dev build-essential dpkg-dev file lintian blhc
 )
 
 # PulseAudio's own daemon plays in one test beside PipeWire's packages. Its
