@@ -45,6 +45,8 @@ build() {
     echo "FAIL: dpkg-buildpackage ended with status $status"
     exit 1
   fi
+  # What the package's tests said, when they ran.
+  grep -E '^[0-9]+% tests passed|\(Skipped\)' "$out/build.log" || true
 }
 
 checks() {
