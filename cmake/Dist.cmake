@@ -12,42 +12,31 @@ find_program(TAR tar)
 if(NOT XZ)
   message(FATAL_ERROR "dist needs xz")
 endif()
-if(NOT EXISTS "${SOURCE}/.git")
+if(EXISTS "${SOURCE}/.git")
+  if(NOT GIT)
+    message(FATAL_ERROR "dist makes the tarball of a git checkout with git")
+  endif()
+  execute_process(COMMAND ${GIT} -C ${SOURCE} status --porcelain --untracked-files=no OUTPUT_VARIABLE dirty)
+  if(dirty)
+    message(WARNING "dist: the tarball holds the last commit; the changes not committed are left out")
+  endif()
+  execute_process(COMMAND ${GIT} -C ${SOURCE} rev-parse HEAD OUTPUT_VARIABLE commit OUTPUT_STRIP_TRAILING_WHITESPACE)
+  set(pack ${GIT} -C ${SOURCE} -c tar.umask=0022 archive --format=tar --prefix=${PREFIX}/ HEAD)
+  set(what "git archive of ${commit}")
+elseif(TAR)
   # Sources unpacked from a tarball: packed again as they are, build
   # folders left out, in the same pinned way (the files keep the times the
   # tarball gave them).
-  if(NOT TAR)
-    message(FATAL_ERROR "dist needs git (in a checkout) or tar")
-  endif()
-  execute_process(
-    COMMAND ${TAR} --create --format=pax --pax-option=exthdr.name=%d/PaxHeaders/%f,delete=atime,delete=ctime
-      --sort=name --owner=0 --group=0 --numeric-owner --mode=u+rw,go-w,a+rX
-      --exclude=./build --exclude=./obj-* --exclude=./debian --transform=s|^\\.|${PREFIX}| -C ${SOURCE} .
-    COMMAND ${XZ} --threads=1 -6 --stdout
-    OUTPUT_FILE ${OUT}
-    RESULT_VARIABLE failed)
-  if(failed)
-    file(REMOVE ${OUT})
-    message(FATAL_ERROR "dist: tar or xz failed")
-  endif()
-  message(STATUS "dist: ${OUT} from the sources in ${SOURCE}")
-  return()
+  set(pack ${TAR} --create --format=pax --pax-option=exthdr.name=%d/PaxHeaders/%f,delete=atime,delete=ctime
+    --sort=name --owner=0 --group=0 --numeric-owner --mode=u+rw,go-w,a+rX
+    --exclude=./build --exclude=./obj-* --exclude=./debian --transform=s|^\\.|${PREFIX}| -C ${SOURCE} .)
+  set(what "tar of the sources in ${SOURCE}")
+else()
+  message(FATAL_ERROR "dist needs git (in a checkout) or tar")
 endif()
-if(NOT GIT)
-  message(FATAL_ERROR "dist makes the tarball of a git checkout with git")
-endif()
-execute_process(COMMAND ${GIT} -C ${SOURCE} status --porcelain --untracked-files=no OUTPUT_VARIABLE dirty)
-if(dirty)
-  message(WARNING "dist: the tarball holds the last commit; the changes not committed are left out")
-endif()
-execute_process(
-  COMMAND ${GIT} -C ${SOURCE} -c tar.umask=0022 archive --format=tar --prefix=${PREFIX}/ HEAD
-  COMMAND ${XZ} --threads=1 -6 --stdout
-  OUTPUT_FILE ${OUT}
-  RESULT_VARIABLE failed)
+execute_process(COMMAND ${pack} COMMAND ${XZ} --threads=1 -6 --stdout OUTPUT_FILE ${OUT} RESULT_VARIABLE failed)
 if(failed)
   file(REMOVE ${OUT})
-  message(FATAL_ERROR "dist: git archive or xz failed")
+  message(FATAL_ERROR "dist: ${what} or xz failed")
 endif()
-execute_process(COMMAND ${GIT} -C ${SOURCE} rev-parse HEAD OUTPUT_VARIABLE commit OUTPUT_STRIP_TRAILING_WHITESPACE)
-message(STATUS "dist: ${OUT} from ${commit}")
+message(STATUS "dist: ${OUT}, the ${what}")
