@@ -44,9 +44,10 @@ Opened<Sound> OpenSound(const String& path);
 // comes back by itself when the desktop's sound does.
 Opened<Sound> OpenMixerSound(const String& path);
 
-// Readies the output's thread and the sound system's driver, without a
-// stream, ahead of the first clip. The event loop calls it once the first
-// frame is on screen.
+// Readies the output ahead of the first clip, without sound: where PipeWire
+// runs, a stream that the server links but does not run; elsewhere the
+// sound system's driver. The event loop calls it once the first frame is
+// on screen.
 void WarmUpSound();
 
 // Tests name a library that isn't there, SDL2's or mpg123's ("SDL2",

@@ -1,7 +1,6 @@
 #include "toolkit/SoundOutput.h"
 
 #include <SDL.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <atomic>
@@ -16,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "toolkit/PipeWireStream.h"
 #include "toolkit/Sound.h"
 #include "toolkit/SoundLibrary.h"
 
@@ -24,46 +24,30 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A clip starts with the next buffer the audio thread mixes, so the buffer
-// bounds how late a clip starts after its press. Through PipeWire a clip
-// reaches the sink some three and a half buffers after its press (the
-// stream's queue, and the graph runs at the buffer's length): 128 frames
-// put the voice there about 10 ms after the number. Elsewhere the server or
-// the sound card sets the pace, and a longer buffer is safer from dropouts.
-constexpr int kPipeWireBufferFrames = 128;
+// Where SDL's drivers play (PulseAudio, ALSA and the rest) a clip starts
+// with the next buffer SDL mixes, so the buffer bounds how late it starts;
+// the server or the sound card sets the pace.
 constexpr int kDeviceBufferFrames = 512;
-// SDL 2.26's PipeWire output (Debian 12's) gives the server one buffer a
-// cycle, however long the cycle; later ones fill what each cycle asks for.
-// A server whose cycles are longer than the buffer (a minimum latency set
-// against crackles, a quantum fixed for music work) would play a broken,
-// stretched fraction of each clip. So the time between buffers is
-// followed: asked for at under three quarters of the pace the output plays
-// (a busy machine misses a cycle now and then, never that many), the next
-// opening has a buffer at least as long as the server's cycle.
-constexpr double kSlowestPace = 0.75;
-constexpr auto kPaceSettles = std::chrono::milliseconds(500);
-constexpr int kLongestBuffer = 8192;  // PipeWire's own longest cycle
 // A device that has asked for no sound for this long has gone: it asks
-// every few milliseconds while it plays, silence included. A PipeWire that
-// was restarted is told sooner, by its socket, once it has gone quiet.
+// every few milliseconds while it plays, silence included.
 constexpr auto kQuietMeansLost = std::chrono::seconds(1);
-constexpr auto kQuietBeforeServerCheck = std::chrono::milliseconds(100);
-// While a run has had no device at all, one is looked for at most this
-// often: each look through every driver costs milliseconds (and ALSA's
-// complaints on stderr). A device that was lost is looked for again at
-// every clip, through its own driver alone, which costs next to nothing.
+// While a run has no output, one is looked for at most this often: each
+// look through every driver costs milliseconds (and ALSA's complaints on
+// stderr), and a PipeWire that refused the stream (no sink yet) would be
+// asked again and again.
 constexpr auto kLookAgainAfter = std::chrono::seconds(1);
-// The output closes once this long has passed without a clip sounding: a
-// quick game keeps it open from press to press, and an idle one costs the
-// sound server nothing.
+// The output rests once this long has passed without a clip sounding: a
+// quick game keeps it playing from press to press, and an idle one costs
+// the sound server nothing.
 constexpr auto kCloseAfterQuiet = std::chrono::seconds(2);
 constexpr auto kTick = std::chrono::milliseconds(250);
 
 #if defined(__APPLE__)
 constexpr const char* kDrivers = nullptr;  // SDL's own choice: Core Audio
 #else
-// PipeWire spoken to directly where it runs: through its PulseAudio service,
-// which SDL would pick first, every clip starts about a third later.
+// "pipewire" is our own stream (PipeWireStream.h), the rest SDL's drivers.
+// Through PipeWire's PulseAudio service, which SDL would pick first, every
+// clip starts about a third later.
 constexpr const char* kDrivers = "pipewire,pulseaudio,alsa,jack,sndio,oss";
 #endif
 
@@ -77,7 +61,6 @@ struct Sdl {
   decltype(&SDL_CloseAudioDevice) CloseAudioDevice = nullptr;
   decltype(&SDL_PauseAudioDevice) PauseAudioDevice = nullptr;
   decltype(&SDL_GetAudioDeviceStatus) GetAudioDeviceStatus = nullptr;
-  decltype(&SDL_GetVersion) GetVersion = nullptr;
 };
 
 String& SdlLoadError() {
@@ -97,8 +80,7 @@ const Sdl* Library() {
         Resolve(library, "SDL_OpenAudioDevice", a.OpenAudioDevice) &&
         Resolve(library, "SDL_CloseAudioDevice", a.CloseAudioDevice) &&
         Resolve(library, "SDL_PauseAudioDevice", a.PauseAudioDevice) &&
-        Resolve(library, "SDL_GetAudioDeviceStatus", a.GetAudioDeviceStatus) &&
-        Resolve(library, "SDL_GetVersion", a.GetVersion);
+        Resolve(library, "SDL_GetAudioDeviceStatus", a.GetAudioDeviceStatus);
     if (!ok) {
       SdlLoadError() = String(kSdl.soname) + " lacks a function that Calloquin needs";
       return nullptr;
@@ -117,37 +99,30 @@ struct Voice {
   Samples clip;
   std::size_t at;
 };
-Clock::duration Length(const Samples& clip) {
-  return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(
-      static_cast<double>(clip->size()) / static_cast<double>(kMixerRate)));
-}
 
-// What the GUI thread, the owner and the audio thread share. Made once and
-// never destroyed: the audio thread may still be mixing while the process
-// exits, and the owner may be waiting inside the sound system for good.
+// What the GUI thread, the owner and the mixing thread share. Made once and
+// never destroyed: the mixing thread may still run while the process exits.
 struct Shared {
   // Guards pending and why; held for a few instructions at a time, never
-  // while SDL is called. The audio thread only tries it.
+  // while the sound system is called. The mixing thread only tries it.
   std::mutex lock;
   std::condition_variable wake;
   std::vector<Request> pending;
   String why;
   unsigned long handedOut = 0;  // the GUI thread's
   std::once_flag ownerStarted;
-  // Written by the audio thread.
+  // Written by the mixing thread.
   std::atomic<Clock::rep> lastMixed{0}, lastSounded{0};
-  std::atomic<double> mixedEvery{0};  // seconds between buffers, averaged
   std::atomic<int> sounding{0};
-  std::atomic<Clock::rep> endsBy{0};  // when the clips begun so far end, played at their pace
   std::atomic<unsigned long> begun{0};
   // Written by the owner.
-  // The starts handed out before an output was last found lost: SDL goes on
-  // asking a lost device's callback for sound at its pace, so such a start
-  // may have begun into nothing.
+  // The starts handed out before an output was last found lost: a lost
+  // output may go on asking for sound, so such a start may have begun
+  // into nothing.
   std::atomic<unsigned long> lostUpTo{0};
-  std::atomic<bool> open{false}, opening{false};
-  std::atomic<bool> holding{false};  // no clip starts: the new device's pace is not known yet
-  // The audio thread's own; the owner touches them only with the device closed.
+  std::atomic<bool> open{false};
+  // The mixing thread's own; the owner touches them only with the output
+  // at rest.
   std::vector<Voice> voices;
   std::vector<int> sum;
 };
@@ -163,22 +138,15 @@ void Say(const String& line) {
   std::fputs(text.c_str(), stderr);
 }
 
-// Mixes on SDL's audio thread: takes the clips handed over since the last
-// buffer (those still fresh), adds every sounding clip, and notes the pace.
-void Mix(void* /*unused*/, Uint8* stream, int length) {
+// Mixes on the output's own thread: takes the clips handed over since the
+// last buffer (those still fresh) and adds every sounding clip.
+void Mix(std::int16_t* out, std::size_t frames) {
   Shared& s = S();
   const Clock::time_point now = Clock::now();
-  const Clock::rep before = s.lastMixed.exchange(now.time_since_epoch().count(), std::memory_order_relaxed);
-  if (before != 0) {
-    const double gap = std::chrono::duration<double>(now - At(before)).count();
-    const double average = s.mixedEvery.load(std::memory_order_relaxed);
-    s.mixedEvery.store(average == 0 ? gap : average + (gap - average) / 8, std::memory_order_relaxed);
-  }
-  if (!s.holding.load(std::memory_order_relaxed) && s.lock.try_lock()) {  // else at the next buffer
+  s.lastMixed.store(now.time_since_epoch().count(), std::memory_order_relaxed);
+  if (s.lock.try_lock()) {  // else at the next buffer
     for (Request& r : s.pending) {
       if (now - r.at <= kFreshFor) {
-        const Clock::rep end = (now + Length(r.clip)).time_since_epoch().count();
-        if (end > s.endsBy.load(std::memory_order_relaxed)) s.endsBy.store(end, std::memory_order_relaxed);
         s.voices.push_back({std::move(r.clip), 0});
         s.begun.store(r.number, std::memory_order_relaxed);
       }
@@ -186,10 +154,8 @@ void Mix(void* /*unused*/, Uint8* stream, int length) {
     s.pending.clear();
     s.lock.unlock();
   }
-  const std::size_t frames = static_cast<std::size_t>(length) / sizeof(std::int16_t);
-  auto* out = reinterpret_cast<std::int16_t*>(stream);
   if (s.voices.empty()) {
-    std::memset(stream, 0, static_cast<std::size_t>(length));
+    std::fill_n(out, frames, std::int16_t{0});
   } else {
     s.sum.assign(frames, 0);
     for (Voice& v : s.voices) {
@@ -203,23 +169,31 @@ void Mix(void* /*unused*/, Uint8* stream, int length) {
   }
   s.sounding.store(static_cast<int>(s.voices.size()), std::memory_order_relaxed);
 }
+void MixForSdl(void* /*unused*/, Uint8* stream, int length) {
+  Mix(reinterpret_cast<std::int16_t*>(stream), static_cast<std::size_t>(length) / sizeof(std::int16_t));
+}
 
 // The drivers the operator's environment names, or ours.
 String Drivers() {
   if (const char* chosen = std::getenv("SDL_AUDIODRIVER"); chosen != nullptr && *chosen != '\0') return chosen;
   return kDrivers != nullptr ? kDrivers : "";
 }
-
-// The socket of the PipeWire server that a client of this environment
-// reaches; a restarted server makes a new one.
-std::optional<std::pair<dev_t, ino_t>> PipeWireSocket() {
-  const char* dir = std::getenv("PIPEWIRE_RUNTIME_DIR");
-  if (dir == nullptr) dir = std::getenv("XDG_RUNTIME_DIR");
-  const char* name = std::getenv("PIPEWIRE_REMOTE");
-  if (dir == nullptr) return std::nullopt;
-  struct stat st {};
-  if (stat((String(dir) + "/" + (name != nullptr ? name : "pipewire-0")).c_str(), &st) != 0) return std::nullopt;
-  return std::make_pair(st.st_dev, st.st_ino);
+// The list without "pipewire", which is ours: SDL's drivers alone.
+String WithoutPipeWire(const String& drivers, bool* named) {
+  String rest;
+  std::size_t from = 0;
+  *named = false;
+  while (from <= drivers.size()) {
+    const std::size_t comma = std::min(drivers.find(',', from), drivers.size());
+    const String one = drivers.substr(from, comma - from);
+    if (one == "pipewire") {
+      *named = true;
+    } else if (!one.empty()) {
+      rest += (rest.empty() ? "" : ",") + one;
+    }
+    from = comma + 1;
+  }
+  return rest;
 }
 
 void SetWhy(const String& why) {
@@ -227,46 +201,70 @@ void SetWhy(const String& why) {
   S().why = why;
 }
 
-// The owner thread's own state.
+// Wakes the owner when our PipeWire stream fails. The lock is taken so
+// that the wake can't fall between the owner's look and its wait.
+void StreamFailing() {
+  { const std::lock_guard hold(S().lock); }
+  S().wake.notify_one();
+}
+
+// The owner thread's own state. The output is either our PipeWire stream,
+// made ahead of the first clip and woken for clips, or a device of one of
+// SDL's drivers, opened for clips and closed after them. PipeWire is tried
+// first wherever its socket is.
 class Owner {
  public:
   void Run() {
     Shared& s = S();
-    Start();
+    if (LoadSdl() && !MakeStream() && sdlToo_) InitSdl();
     std::unique_lock hold(s.lock);
     for (;;) {
-      // Closed, it sleeps until a clip comes; open, it looks in now and then
-      // to close the output once nothing has sounded for a while.
-      if (device_ == 0 && !AwaitingServer()) {
-        s.wake.wait(hold, [&] { return !s.pending.empty(); });
-      } else if (device_ == 0) {
-        // No output could be had: the driver is readied as soon as a
-        // PipeWire server is there, so the press that finds it only opens.
-        if (!s.wake.wait_for(hold, kLookAgainAfter, [&] { return !s.pending.empty(); })) {
-          hold.unlock();
-          if (PipeWireSocket()) Init();
-          hold.lock();
-          continue;
-        }
-      } else {
-        s.wake.wait_for(hold, kTick);
+      const auto wanted = [&] { return !s.pending.empty() || (stream_ && stream_->Failed()); };
+      if (Playing()) {
+        s.wake.wait_for(hold, kTick, wanted);
+      } else if (!Looking()) {
+        s.wake.wait(hold, wanted);  // at rest: nothing at all until a clip
+      } else if (!s.wake.wait_for(hold, kLookAgainAfter, wanted)) {
+        // A PipeWire that refused the stream (no sink yet), or no output
+        // since a clip found none: a stream is made ahead of the next clip
+        // as soon as PipeWire takes one.
+        hold.unlock();
+        MakeStream();
+        hold.lock();
+        continue;
       }
-      const bool wanted = !s.pending.empty();
+      const bool clip = !s.pending.empty();
       hold.unlock();
-      if (wanted) {
+      if (Lost()) Rest(true);  // told now, not at the next clip
+      if (clip) {
         Serve();
-      } else if (device_ != 0 && Lost()) {
-        CloseLost();  // told now, not at the next clip
-      } else if (device_ != 0) {
-        CloseIfQuiet();
+      } else if (Playing()) {
+        RestIfQuiet();
       }
       hold.lock();
     }
   }
 
  private:
-  // The library and the sound system's driver, without a stream.
-  bool Start() {
+  bool Playing() const { return (stream_ && stream_->Active()) || device_ != 0; }
+  bool Looking() const { return pipeWire_ && !stream_ && device_ == 0 && (failedAt_ || PipeWireServerThere()); }
+
+  // A new inactive stream, where PipeWire runs. Once one has been made, the
+  // voice stays with PipeWire: with the desktop's sound server away, one of
+  // SDL's drivers would take the sound card from it for good.
+  bool MakeStream() {
+    if (!pipeWire_ || stream_ || device_ != 0 || !PipeWireServerThere()) return false;
+    String why;
+    stream_ = PipeWireStream::Make(Mix, StreamFailing, &why);
+    if (!stream_) {
+      SetWhy(why);
+      return false;
+    }
+    QuitSdl();
+    viaPipeWire_ = hadOutput_ = true;
+    return true;
+  }
+  bool LoadSdl() {
     if (sdl_ != nullptr) return true;
     sdl_ = Library();
     if (sdl_ == nullptr) {
@@ -280,197 +278,118 @@ class Owner {
     // How the desktop's volume control names the voice.
     sdl_->SetHintWithPriority(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Calloquin", SDL_HINT_OVERRIDE);
     sdl_->SetHintWithPriority(SDL_HINT_AUDIO_DEVICE_STREAM_NAME, "Caller's voice", SDL_HINT_OVERRIDE);
-    drivers_ = Drivers();
-    return Init();
+    const String drivers = Drivers();
+    sdlDrivers_ = WithoutPipeWire(drivers, &pipeWire_);
+    sdlToo_ = drivers.empty() || !sdlDrivers_.empty();  // empty: SDL's own choice
+    return true;
   }
-  bool Init() {
-    sdl_->SetHintWithPriority(SDL_HINT_AUDIODRIVER, drivers_.empty() ? nullptr : drivers_.c_str(), SDL_HINT_OVERRIDE);
+  bool InitSdl() {
+    sdl_->SetHintWithPriority(SDL_HINT_AUDIODRIVER, sdlDrivers_.empty() ? nullptr : sdlDrivers_.c_str(),
+                              SDL_HINT_OVERRIDE);
     inited_ = sdl_->InitSubSystem(SDL_INIT_AUDIO) == 0;
     if (!inited_) SetWhy(sdl_->GetError());
     return inited_;
   }
-  void Quit() {
+  void QuitSdl() {
     if (inited_) sdl_->QuitSubSystem(SDL_INIT_AUDIO);
     inited_ = false;
   }
 
-  // A clip waits: the output is opened, or opened again, so that it plays.
+  // A clip waits: the output wakes, or is made or opened, so that it plays.
   void Serve() {
-    if (!Start() && sdl_ == nullptr) return Drop();
-    if (device_ != 0) {
-      if (Lost()) {
-        CloseLost();
-      } else if (FollowPace()) {
-        Say("the sound server's cycles are longer than the voice's buffer; opening the output again with " +
-            std::to_string(pipeWireFrames_) + " frames.");
-        Close();
-      } else {
-        return;  // it plays: the audio thread takes the clip
-      }
-    }
-    if (!hadDevice_ && failedAt_ && Clock::now() - *failedAt_ < kLookAgainAfter) return Drop();
-    if (!Open()) {
-      failedAt_ = Clock::now();
-      Quit();  // not at the next press: a driver that failed is let go of now
-      afresh_ = false;
-      Drop();
-    }
+    if (!LoadSdl()) return Drop();
+    if (Playing()) return;  // the mixing thread takes the clip
+    // Until an output has played, every driver is looked through, which
+    // costs milliseconds: not at every press.
+    if (!hadOutput_ && failedAt_ && Clock::now() - *failedAt_ < kLookAgainAfter) return Drop();
+    if (stream_ || MakeStream()) return Wake();
+    if (!viaPipeWire_ && sdlToo_ && (inited_ || InitSdl()) && Open()) return;
+    failedAt_ = Clock::now();
+    Drop();
   }
-  bool AwaitingServer() const { return failedAt_ && !inited_ && sdl_ != nullptr; }
+
+  void Wake() {
+    Shared& s = S();
+    s.lastMixed.store(0);  // it plays once it asks for sound again
+    awakeAt_ = Clock::now();
+    stream_->SetActive(true);
+    s.open.store(true);
+    failedAt_.reset();
+  }
 
   bool Open() {
-    // A driver that failed or lost its device, or a PipeWire that was
-    // restarted: the sound system is started afresh. Once a device has
-    // played, only its own driver is tried: with the desktop's sound server
-    // away, another would take the sound card from it for good.
-    if (afresh_ || (server_ && PipeWireSocket() != server_)) Quit();
-    afresh_ = false;
-    if (!inited_ && !Init()) {
-      afresh_ = true;
-      return false;
-    }
-    const char* driver = sdl_->GetCurrentAudioDriver();
-    const bool pipewire = driver != nullptr && String(driver) == "pipewire";
     Shared& s = S();
-    s.lastMixed.store(0, std::memory_order_relaxed);  // a new device's pace is its own
-    s.mixedEvery.store(0, std::memory_order_relaxed);
+    s.lastMixed.store(0);
     SDL_AudioSpec want{};
     want.freq = static_cast<int>(kMixerRate);
     want.format = AUDIO_S16SYS;
     want.channels = static_cast<Uint8>(kMixerChannels);
-    want.samples = static_cast<Uint16>(pipewire ? pipeWireFrames_ : kDeviceBufferFrames);
-    want.callback = Mix;
+    want.samples = static_cast<Uint16>(kDeviceBufferFrames);
+    want.callback = MixForSdl;
     SDL_AudioSpec have{};
     // SDL converts to whatever the device takes: the mix stays 16-bit mono.
-    // This can wait for good on a server that takes the stream and never
-    // starts it; nothing but this thread waits with it.
-    s.opening.store(true);
     device_ = sdl_->OpenAudioDevice(nullptr, 0, &want, &have, 0);
-    s.opening.store(false);
     if (device_ == 0) {
       SetWhy(sdl_->GetError());
-      afresh_ = true;
+      QuitSdl();  // a driver that failed is let go of now, and readied afresh
       return false;
     }
-    openedAt_ = Clock::now();
-    pipeWire_ = pipewire;
-    server_ = pipewire ? PipeWireSocket() : std::nullopt;
-    // An SDL that gives the server one buffer a cycle learns the server's
-    // cycle before a clip starts on it: a clip started on a buffer shorter
-    // than the cycle would come out broken and stretched.
-    // Once a server's cycle is known to fit the buffer, later openings
-    // through it start their clip at once (a cycle that grows later is
-    // followed while the output plays).
-    if (server_ != paceOf_) paceKnown_ = false;
-    const bool learnPace =
-        pipewire && OneBufferACycle() && pipeWireFrames_ == kPipeWireBufferFrames && !paceKnown_;
-    s.holding.store(learnPace);
+    awakeAt_ = Clock::now();
     sdl_->PauseAudioDevice(device_, 0);
     s.open.store(true);
-    if (learnPace) {
-      const double cycle = FirstCycle();
-      s.holding.store(false);
-      if (pipeWireFrames_ < kSlowestPace * cycle) {
-        while (pipeWireFrames_ < cycle && pipeWireFrames_ < kLongestBuffer) pipeWireFrames_ *= 2;
-        Say("the sound server's cycles are longer than the voice's buffer; opening the output with " +
-            std::to_string(pipeWireFrames_) + " frames.");
-        Close();
-        return Open();
-      }
-      paceKnown_ = cycle > 0;
-      paceOf_ = server_;
-    }
-    if (!hadDevice_ && failedAt_) Say(String("sound through ") + (driver != nullptr ? driver : "") + " from here on.");
-    hadDevice_ = true;
-    drivers_ = driver != nullptr ? driver : "";
+    const char* driver = sdl_->GetCurrentAudioDriver();
+    if (failedAt_) Say(String("sound through ") + (driver != nullptr ? driver : "") + " from here on.");
+    failedAt_.reset();
+    hadOutput_ = true;
+    // From here on only this driver: with the desktop's sound server away,
+    // another would take the sound card from it for good.
+    sdlDrivers_ = driver != nullptr ? driver : "";
     return true;
   }
 
-  void Close() {
-    sdl_->CloseAudioDevice(device_);  // the audio thread has ended when this returns
-    device_ = 0;
+  // The output stops asking for sound, or is closed. Nothing sounds then,
+  // except on an output that was lost, whose clips are told as not begun.
+  // A stream refused before it was woken is let go of without a word.
+  void Rest(bool lost) {
     Shared& s = S();
+    const bool playing = Playing();
+    if (lost && stream_) SetWhy(stream_->Why());
+    if (lost && playing) {
+      const char* driver = stream_ ? "pipewire" : sdl_->GetCurrentAudioDriver();
+      Say(String("the sound output (") + (driver != nullptr ? driver : "") + ") was lost" +
+          (stream_ ? " (" + stream_->Why() + ")" : String()) + "; it is looked for again.");
+      const std::lock_guard hold(s.lock);
+      s.lostUpTo.store(s.handedOut);
+    }
+    if (stream_ && lost) {
+      stream_.reset();
+      failedAt_ = Clock::now();
+    } else if (stream_) {
+      stream_->SetActive(false);
+    } else if (device_ != 0) {
+      sdl_->CloseAudioDevice(device_);  // SDL's audio thread has ended when this returns
+      device_ = 0;
+      if (lost) QuitSdl();  // the driver is readied afresh at the next clip
+    }
     s.open.store(false);
-    s.voices.clear();  // nothing sounds: only a lost device is closed under a clip
+    s.voices.clear();
     s.sounding.store(0);
   }
 
-  void CloseLost() {
-    const char* driver = sdl_->GetCurrentAudioDriver();
-    Say(String("the sound output (") + (driver != nullptr ? driver : "") + ") was lost; it opens again at the next clip.");
-    Close();
-    afresh_ = true;
-    Shared& s = S();
-    const std::lock_guard hold(s.lock);
-    s.lostUpTo.store(s.handedOut);
-  }
-
-  void CloseIfQuiet() {
+  void RestIfQuiet() {
     const Shared& s = S();
     if (s.sounding.load() > 0) return;
-    const Clock::time_point since = std::max(At(s.lastSounded.load()), openedAt_);
-    if (Clock::now() - since < kCloseAfterQuiet) return;
-    GrowToPace();
-    Close();
+    const Clock::time_point since = std::max(At(s.lastSounded.load()), awakeAt_);
+    if (Clock::now() - since >= kCloseAfterQuiet) Rest(false);
   }
 
   bool Lost() const {
-    const Shared& s = S();
+    if (stream_) return stream_->Failed();
+    if (device_ == 0) return false;
     if (sdl_->GetAudioDeviceStatus(device_) != SDL_AUDIO_PLAYING) return true;  // SDL saw it go
-    const Clock::duration quiet = Clock::now() - std::max(At(s.lastMixed.load()), openedAt_);
-    if (server_ && quiet > kQuietBeforeServerCheck && PipeWireSocket() != server_) return true;
+    const Clock::duration quiet = Clock::now() - std::max(At(S().lastMixed.load()), awakeAt_);
     return quiet > kQuietMeansLost;  // nobody asks for sound any more
   }
-
-  // SDL before 2.28 (Debian 12's 2.26) fills one buffer a PipeWire cycle.
-  bool OneBufferACycle() const {
-    SDL_version v{};
-    sdl_->GetVersion(&v);
-    return v.major == 2 && v.minor < 28;
-  }
-  // The frames of the new device's cycle, as far as they can be longer
-  // than its buffer: the first time between two of its buffers that is
-  // short enough, or else the shortest of three (a server's first cycles
-  // can run long while it wakes its sink or settles the graph); 0 if it
-  // asks for nothing within a fraction of a second.
-  double FirstCycle() const {
-    const Clock::time_point until = Clock::now() + kPaceSettles;
-    Clock::rep last = 0;
-    double shortest = 0;
-    for (int gaps = -1; gaps < 3 && Clock::now() < until;) {
-      const Clock::rep mixed = S().lastMixed.load();
-      if (mixed != 0 && mixed != last) {
-        if (last != 0) {
-          const double frames =
-              std::chrono::duration<double>(At(mixed) - At(last)).count() * static_cast<double>(kMixerRate);
-          if (pipeWireFrames_ >= kSlowestPace * frames) return frames;
-          shortest = shortest == 0 ? frames : std::min(shortest, frames);
-        }
-        last = mixed;
-        ++gaps;
-      }
-      std::this_thread::sleep_for(std::chrono::microseconds(200));
-    }
-    return shortest;
-  }
-
-  // A PipeWire output asked for sound more slowly than it plays: the next
-  // opening has a buffer as long as the server's cycle. True when it grew.
-  bool GrowToPace() {
-    if (!pipeWire_ || Clock::now() - openedAt_ < kPaceSettles) return false;
-    const double every = S().mixedEvery.load(std::memory_order_relaxed);
-    const double cycle = every * static_cast<double>(kMixerRate);  // frames the server plays a cycle
-    if (every <= 0 || pipeWireFrames_ >= kSlowestPace * cycle) return false;
-    int frames = pipeWireFrames_;
-    while (frames < cycle && frames < kLongestBuffer) frames *= 2;
-    if (frames == pipeWireFrames_) return false;
-    pipeWireFrames_ = frames;
-    return true;
-  }
-  // Before a clip and never within the time of one: a clip is never cut.
-  // A clip that the slow server has stretched past its own length is
-  // broken already, and would keep every later clip broken with it.
-  bool FollowPace() { return Clock::now() >= At(S().endsBy.load()) && GrowToPace(); }
 
   void Drop() {
     const std::lock_guard hold(S().lock);
@@ -478,13 +397,11 @@ class Owner {
   }
 
   const Sdl* sdl_ = nullptr;
-  bool inited_ = false, afresh_ = false, hadDevice_ = false, pipeWire_ = false;
-  String drivers_;
+  bool inited_ = false, pipeWire_ = false, sdlToo_ = true, viaPipeWire_ = false, hadOutput_ = false;
+  String sdlDrivers_;
+  std::unique_ptr<PipeWireStream> stream_;
   SDL_AudioDeviceID device_ = 0;
-  int pipeWireFrames_ = kPipeWireBufferFrames;
-  std::optional<std::pair<dev_t, ino_t>> server_, paceOf_;
-  bool paceKnown_ = false;
-  Clock::time_point openedAt_;
+  Clock::time_point awakeAt_;
   std::optional<Clock::time_point> failedAt_;
 };
 
@@ -523,7 +440,7 @@ bool StartedOrPlaying(unsigned long start) {
 
 String WhyNoOutput() {
   Shared& s = S();
-  if (s.opening.load()) return "the sound server has not started the stream";
+  if (s.open.load()) return "the sound server has not started the stream";
   const std::lock_guard hold(s.lock);
   return s.why.empty() ? "no output could be opened" : s.why;
 }
