@@ -121,8 +121,9 @@ struct Shared {
   // into nothing.
   std::atomic<unsigned long> lostUpTo{0};
   std::atomic<bool> open{false};
-  // The mixing thread's own; the owner touches them only with the output
-  // at rest.
+  std::atomic<bool> resting{false};  // set under lock, with nothing sounding
+  // The mixing thread's own; the owner touches them only once the output
+  // is closed.
   std::vector<Voice> voices;
   std::vector<int> sum;
 };
@@ -144,14 +145,19 @@ void Mix(std::int16_t* out, std::size_t frames) {
   Shared& s = S();
   const Clock::time_point now = Clock::now();
   s.lastMixed.store(now.time_since_epoch().count(), std::memory_order_relaxed);
-  if (s.lock.try_lock()) {  // else at the next buffer
-    for (Request& r : s.pending) {
-      if (now - r.at <= kFreshFor) {
-        s.voices.push_back({std::move(r.clip), 0});
-        s.begun.store(r.number, std::memory_order_relaxed);
+  // Clips are taken, and counted, only under the lock (tried, else at the
+  // next buffer): an output put to rest under it takes no more.
+  if (s.lock.try_lock()) {
+    if (!s.resting.load(std::memory_order_relaxed)) {
+      for (Request& r : s.pending) {
+        if (now - r.at <= kFreshFor) {
+          s.voices.push_back({std::move(r.clip), 0});
+          s.begun.store(r.number, std::memory_order_relaxed);
+        }
       }
+      s.pending.clear();
+      s.sounding.store(static_cast<int>(s.voices.size()), std::memory_order_relaxed);
     }
-    s.pending.clear();
     s.lock.unlock();
   }
   if (s.voices.empty()) {
@@ -219,9 +225,11 @@ class Owner {
     if (LoadSdl() && !MakeStream() && sdlToo_) InitSdl();
     std::unique_lock hold(s.lock);
     for (;;) {
-      const auto wanted = [&] { return !s.pending.empty() || (stream_ && stream_->Failed()); };
+      const auto failed = [&] { return stream_ && stream_->Failed(); };
+      const auto wanted = [&] { return !s.pending.empty() || failed(); };
       if (Playing()) {
-        s.wake.wait_for(hold, kTick, wanted);
+        // A clip now is the mixing thread's to take: the lock is left to it.
+        s.wake.wait_for(hold, kTick, failed);
       } else if (!Looking()) {
         s.wake.wait(hold, wanted);  // at rest: nothing at all until a clip
       } else if (!s.wake.wait_for(hold, kLookAgainAfter, wanted)) {
@@ -312,6 +320,7 @@ class Owner {
     Shared& s = S();
     s.lastMixed.store(0);  // it plays once it asks for sound again
     awakeAt_ = Clock::now();
+    s.resting.store(false);
     stream_->SetActive(true);
     s.open.store(true);
     failedAt_.reset();
@@ -361,11 +370,14 @@ class Owner {
       const std::lock_guard hold(s.lock);
       s.lostUpTo.store(s.handedOut);
     }
-    if (stream_ && lost) {
-      stream_.reset();
+    if (stream_ && !lost) {
+      stream_->SetActive(false);  // nothing sounds and no clip is taken: see RestIfQuiet
+      s.open.store(false);
+      return;
+    }
+    if (stream_) {
+      stream_.reset();  // PipeWire calls it no more once this returns
       failedAt_ = Clock::now();
-    } else if (stream_) {
-      stream_->SetActive(false);
     } else if (device_ != 0) {
       sdl_->CloseAudioDevice(device_);  // SDL's audio thread has ended when this returns
       device_ = 0;
@@ -377,10 +389,18 @@ class Owner {
   }
 
   void RestIfQuiet() {
-    const Shared& s = S();
+    Shared& s = S();
     if (s.sounding.load() > 0) return;
     const Clock::time_point since = std::max(At(s.lastSounded.load()), awakeAt_);
-    if (Clock::now() - since >= kCloseAfterQuiet) Rest(false);
+    if (Clock::now() - since < kCloseAfterQuiet) return;
+    if (stream_) {
+      // PipeWire may still call the stream a cycle after it is put to rest:
+      // it must have nothing to play, then or when woken.
+      const std::lock_guard hold(s.lock);
+      if (s.sounding.load() > 0) return;  // a clip was taken just now
+      s.resting.store(true);
+    }
+    Rest(false);
   }
 
   bool Lost() const {

@@ -44,7 +44,8 @@ SinkListener::SinkListener(const std::string& sink) {
   pw_thread_loop_lock(loop_);
   stream_ = pw_stream_new_simple(pw_thread_loop_get_loop(loop_), "calloquin-bench-listener", props, &kEvents, this);
   uint8_t buffer[1024];
-  spa_pod_builder b = SPA_POD_BUILDER_INIT(buffer, sizeof(buffer));
+  spa_pod_builder b{};
+  spa_pod_builder_init(&b, buffer, sizeof(buffer));
   spa_audio_info_raw info{};
   info.format = SPA_AUDIO_FORMAT_F32;
   info.rate = rate_;

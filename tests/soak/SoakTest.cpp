@@ -60,7 +60,9 @@ TEST_F(SoakTest, GamesWithResetsAndTheCallerFailNothingAndKeepMemoryFlat) {
   EXPECT_TRUE(failures.empty()) << failures.size() << " failures, the first " << tk::OneLine(failures.front());
   EXPECT_GT(endQuestions, games / 2);
   EXPECT_EQ(opened_.size(), 90u) << "each clip is opened once, however many games";
-  if (games > 100) EXPECT_LE(HeldKb() - baseline, 2048) << "memory grew after game 100";
+  if (games > 100) {
+    EXPECT_LE(HeldKb() - baseline, 2048) << "memory grew after game 100";
+  }
 }
 
 }  // namespace
