@@ -485,7 +485,9 @@ int Sound(int argc, char** argv) {
   if (!target || sink.empty() || presses < 1 || presses > 89) Die("sound needs --sink, one target and 1 to 89 presses");
   Target& t = *target;
   t.caller = true;
-  SinkListener listener(sink);
+  // Kept to the end of the process: a pipe's reader thread reads into it
+  // until then (destroyed under it, its mutex broke glibc's assertions).
+  SinkListener& listener = *new SinkListener(sink);
   const auto appeared = Clock::now();
   Connect(t);
   std::this_thread::sleep_until(appeared + std::chrono::milliseconds(waitMs));
