@@ -5,7 +5,6 @@
 #include <cstdlib>
 
 #if __has_include(<pipewire/pipewire.h>) && !defined(__APPLE__)
-#include <dlfcn.h>
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>
 
@@ -38,8 +37,13 @@ bool PipeWireServerThere() {
 
 namespace {
 
-// libpipewire is loaded at the first clip, like SDL2: a machine without
-// PipeWire still plays through SDL's drivers.
+// libpipewire is loaded ahead of the first clip, like SDL2: a machine
+// without PipeWire still plays through SDL's drivers. Never on a Mac.
+constexpr LibraryPlaces kPipeWire = {
+    "PipeWire", {}, "libpipewire-0.3.so.0", "",
+    "Install PipeWire's library (on Debian and Ubuntu the package libpipewire-0.3-0)",
+};
+
 struct Pw {
   decltype(&pw_init) init = nullptr;
   decltype(&pw_thread_loop_new) thread_loop_new = nullptr;
@@ -63,12 +67,8 @@ String& LoadError() {
 
 const Pw* Library() {
   static const Pw* const api = []() -> const Pw* {
-    void* library = dlopen("libpipewire-0.3.so.0", RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) {
-      const char* why = dlerror();
-      LoadError() = why != nullptr ? why : "libpipewire-0.3.so.0 could not be loaded";
-      return nullptr;
-    }
+    void* library = OpenLibrary(kPipeWire, &LoadError());
+    if (library == nullptr) return nullptr;
     static Pw a;
     const bool ok =
         Resolve(library, "pw_init", a.init) && Resolve(library, "pw_thread_loop_new", a.thread_loop_new) &&
