@@ -16,14 +16,18 @@ trap 'stop_xservers; common_cleanup' EXIT
 # -r: no autorepeat. On a loaded machine xdotool can be held up between a
 # key's press and its release for longer than the repeat delay, and the
 # server would then type the key again by itself.
-# A script that runs servers side by side starts them all first and stops
-# them all at its end: a server going down removes its socket file, and can
-# take that of a new server that has just picked the same display.
+# A server going down removes its socket file, and can take that of a new
+# server that has just picked the same display. So a script that runs
+# servers side by side starts them all first and stops them all at its
+# end, and where tests run side by side each has displays of its own:
+# CALLOQUIN_X_DISPLAYS is the first of its ten. Without it, the server
+# takes the first free display.
 xserver() {
-  local fd=$work/display.${#xvfb_pids[@]}
-  Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -r 3>"$fd" 2>>"$work/xvfb.log" &
+  local fd=$work/display.${#xvfb_pids[@]} display=
+  [ -n "${CALLOQUIN_X_DISPLAYS:-}" ] && display=:$((CALLOQUIN_X_DISPLAYS + ${#xvfb_pids[@]}))
+  Xvfb $display -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -r 3>"$fd" 2>>"$work/xvfb.log" &
   xvfb_pids+=($!)
-  until_ok 100 test -s "$fd" || fail "Xvfb did not start"
+  until_ok 100 test -s "$fd" || fail "Xvfb did not start$display ($(tail -n 3 "$work/xvfb.log"))"
   export DISPLAY=":$(cat "$fd")"
 }
 xserver
