@@ -22,39 +22,28 @@ struct Mpg123 {
   decltype(&mpg123_plain_strerror) plain_strerror = nullptr;
 };
 
-String& LoadError() {
-  static String error;
-  return error;
-}
-
-const Mpg123* Library() {
-  static const Mpg123* const api = []() -> const Mpg123* {
-    void* library = OpenLibrary(kMpg123, &LoadError());
-    if (library == nullptr) return nullptr;
-    static Mpg123 m;
-    const bool ok = Resolve(library, "mpg123_init", m.init) && Resolve(library, "mpg123_new", m.open_handle) &&
-                    Resolve(library, "mpg123_delete", m.close_handle) && Resolve(library, "mpg123_param", m.param) &&
-                    Resolve(library, "mpg123_format_none", m.format_none) &&
-                    Resolve(library, "mpg123_format", m.format) &&
-                    (Resolve(library, "mpg123_open", m.open) || Resolve(library, "mpg123_open_64", m.open)) &&
-                    Resolve(library, "mpg123_read", m.read) && Resolve(library, "mpg123_close", m.close) &&
-                    Resolve(library, "mpg123_strerror", m.strerror) &&
-                    Resolve(library, "mpg123_plain_strerror", m.plain_strerror);
-    if (!ok) {
-      LoadError() = String(kMpg123.soname) + " lacks a function that Calloquin needs";
-      return nullptr;
+const Loaded<Mpg123>& Mpg123Library() {
+  static const Loaded<Mpg123> loaded = LoadFunctions<Mpg123>(kMpg123, [](void* library, Mpg123& m) {
+    if (!(Resolve(library, "mpg123_init", m.init) && Resolve(library, "mpg123_new", m.open_handle) &&
+          Resolve(library, "mpg123_delete", m.close_handle) && Resolve(library, "mpg123_param", m.param) &&
+          Resolve(library, "mpg123_format_none", m.format_none) && Resolve(library, "mpg123_format", m.format) &&
+          (Resolve(library, "mpg123_open", m.open) || Resolve(library, "mpg123_open_64", m.open)) &&
+          Resolve(library, "mpg123_read", m.read) && Resolve(library, "mpg123_close", m.close) &&
+          Resolve(library, "mpg123_strerror", m.strerror) &&
+          Resolve(library, "mpg123_plain_strerror", m.plain_strerror))) {
+      return false;
     }
     m.init();  // needed before 1.27, harmless after
-    return &m;
-  }();
-  return api;
+    return true;
+  });
+  return loaded;
 }
 
 }  // namespace
 
 std::variant<Samples, DecodeError> Decode(const String& path) {
-  const Mpg123* m = Library();
-  if (m == nullptr) return DecodeError{"the sound library mpg123 is not installed", LoadError(), true};
+  const Mpg123* m = Mpg123Library().api;
+  if (m == nullptr) return DecodeError{"the sound library mpg123 is not installed", Mpg123Library().error, true};
   int error = MPG123_OK;
   mpg123_handle* h = m->open_handle(nullptr, &error);
   if (h == nullptr) return DecodeError{"it is not a sound that can be played", m->plain_strerror(error)};

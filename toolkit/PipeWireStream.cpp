@@ -60,38 +60,28 @@ struct Pw {
   decltype(&pw_stream_destroy) stream_destroy = nullptr;
 };
 
-String& LoadError() {
-  static String error;
-  return error;
-}
-
-const Pw* Library() {
-  static const Pw* const api = []() -> const Pw* {
-    void* library = OpenLibrary(kPipeWire, &LoadError());
-    if (library == nullptr) return nullptr;
-    static Pw a;
-    const bool ok =
-        Resolve(library, "pw_init", a.init) && Resolve(library, "pw_thread_loop_new", a.thread_loop_new) &&
-        Resolve(library, "pw_thread_loop_get_loop", a.thread_loop_get_loop) &&
-        Resolve(library, "pw_thread_loop_start", a.thread_loop_start) &&
-        Resolve(library, "pw_thread_loop_lock", a.thread_loop_lock) &&
-        Resolve(library, "pw_thread_loop_unlock", a.thread_loop_unlock) &&
-        Resolve(library, "pw_properties_new", a.properties_new) &&
-        Resolve(library, "pw_stream_new_simple", a.stream_new_simple) &&
-        Resolve(library, "pw_stream_connect", a.stream_connect) &&
-        Resolve(library, "pw_stream_set_active", a.stream_set_active) &&
-        Resolve(library, "pw_stream_dequeue_buffer", a.stream_dequeue_buffer) &&
-        Resolve(library, "pw_stream_queue_buffer", a.stream_queue_buffer) &&
-        Resolve(library, "pw_stream_destroy", a.stream_destroy);
-    if (!ok) {
-      LoadError() = "libpipewire-0.3.so.0 lacks a function that Calloquin needs";
-      return nullptr;
+const Loaded<Pw>& PwLibrary() {
+  static const Loaded<Pw> loaded = LoadFunctions<Pw>(kPipeWire, [](void* library, Pw& a) {
+    if (!(Resolve(library, "pw_init", a.init) && Resolve(library, "pw_thread_loop_new", a.thread_loop_new) &&
+          Resolve(library, "pw_thread_loop_get_loop", a.thread_loop_get_loop) &&
+          Resolve(library, "pw_thread_loop_start", a.thread_loop_start) &&
+          Resolve(library, "pw_thread_loop_lock", a.thread_loop_lock) &&
+          Resolve(library, "pw_thread_loop_unlock", a.thread_loop_unlock) &&
+          Resolve(library, "pw_properties_new", a.properties_new) &&
+          Resolve(library, "pw_stream_new_simple", a.stream_new_simple) &&
+          Resolve(library, "pw_stream_connect", a.stream_connect) &&
+          Resolve(library, "pw_stream_set_active", a.stream_set_active) &&
+          Resolve(library, "pw_stream_dequeue_buffer", a.stream_dequeue_buffer) &&
+          Resolve(library, "pw_stream_queue_buffer", a.stream_queue_buffer) &&
+          Resolve(library, "pw_stream_destroy", a.stream_destroy))) {
+      return false;
     }
     a.init(nullptr, nullptr);
-    return &a;
-  }();
-  return api;
+    return true;
+  });
+  return loaded;
 }
+const Pw* Library() { return PwLibrary().api; }
 
 // One loop thread for the run; streams come and go on it. Never stopped:
 // the end of the run waits for nothing of the sound.
@@ -166,7 +156,7 @@ const pw_stream_events kEvents = Events();
 std::unique_ptr<PipeWireStream> PipeWireStream::Make(Fill fill, Failing failing, String* why) {
   const Pw* pw = Library();
   if (pw == nullptr) {
-    *why = LoadError();
+    *why = PwLibrary().error;
     return nullptr;
   }
   if (!PipeWireServerThere()) {

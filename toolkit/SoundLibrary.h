@@ -27,4 +27,29 @@ bool Resolve(void* library, const char* name, F& function) {
   return function != nullptr;
 }
 
+// A library's table of the functions we call (Api), filled at its first
+// need: nil, with the reason in error, when the library is missing or
+// lacks one of them.
+template <class Api>
+struct Loaded {
+  const Api* api = nullptr;
+  String error;
+};
+
+// fill resolves each of the table's functions, and answers whether all
+// were found. Called once for each Api, from a function-local static.
+template <class Api, class Fill>
+Loaded<Api> LoadFunctions(const LibraryPlaces& places, Fill fill) {
+  static Api api;
+  Loaded<Api> loaded;
+  void* library = OpenLibrary(places, &loaded.error);
+  if (library == nullptr) return loaded;
+  if (!fill(library, api)) {
+    loaded.error = String(places.soname) + " lacks a function that Calloquin needs";
+    return loaded;
+  }
+  loaded.api = &api;
+  return loaded;
+}
+
 }  // namespace tk::sound

@@ -18,6 +18,7 @@
 #include "toolkit/PipeWireStream.h"
 #include "toolkit/Sound.h"
 #include "toolkit/SoundLibrary.h"
+#include "toolkit/Strings.h"
 
 namespace tk::sound {
 namespace {
@@ -63,32 +64,20 @@ struct Sdl {
   decltype(&SDL_GetAudioDeviceStatus) GetAudioDeviceStatus = nullptr;
 };
 
-String& SdlLoadError() {
-  static String error;
-  return error;
+const Loaded<Sdl>& SdlLibrary() {
+  static const Loaded<Sdl> loaded = LoadFunctions<Sdl>(kSdl, [](void* library, Sdl& a) {
+    return Resolve(library, "SDL_InitSubSystem", a.InitSubSystem) &&
+           Resolve(library, "SDL_QuitSubSystem", a.QuitSubSystem) && Resolve(library, "SDL_GetError", a.GetError) &&
+           Resolve(library, "SDL_SetHintWithPriority", a.SetHintWithPriority) &&
+           Resolve(library, "SDL_GetCurrentAudioDriver", a.GetCurrentAudioDriver) &&
+           Resolve(library, "SDL_OpenAudioDevice", a.OpenAudioDevice) &&
+           Resolve(library, "SDL_CloseAudioDevice", a.CloseAudioDevice) &&
+           Resolve(library, "SDL_PauseAudioDevice", a.PauseAudioDevice) &&
+           Resolve(library, "SDL_GetAudioDeviceStatus", a.GetAudioDeviceStatus);
+  });
+  return loaded;
 }
-
-const Sdl* Library() {
-  static const Sdl* const api = []() -> const Sdl* {
-    void* library = OpenLibrary(kSdl, &SdlLoadError());
-    if (library == nullptr) return nullptr;
-    static Sdl a;
-    const bool ok =
-        Resolve(library, "SDL_InitSubSystem", a.InitSubSystem) && Resolve(library, "SDL_QuitSubSystem", a.QuitSubSystem) &&
-        Resolve(library, "SDL_GetError", a.GetError) && Resolve(library, "SDL_SetHintWithPriority", a.SetHintWithPriority) &&
-        Resolve(library, "SDL_GetCurrentAudioDriver", a.GetCurrentAudioDriver) &&
-        Resolve(library, "SDL_OpenAudioDevice", a.OpenAudioDevice) &&
-        Resolve(library, "SDL_CloseAudioDevice", a.CloseAudioDevice) &&
-        Resolve(library, "SDL_PauseAudioDevice", a.PauseAudioDevice) &&
-        Resolve(library, "SDL_GetAudioDeviceStatus", a.GetAudioDeviceStatus);
-    if (!ok) {
-      SdlLoadError() = String(kSdl.soname) + " lacks a function that Calloquin needs";
-      return nullptr;
-    }
-    return &a;
-  }();
-  return api;
-}
+const Sdl* Library() { return SdlLibrary().api; }
 
 struct Request {
   Samples clip;
@@ -187,17 +176,15 @@ String Drivers() {
 // The list without "pipewire", which is ours: SDL's drivers alone.
 String WithoutPipeWire(const String& drivers, bool* named) {
   String rest;
-  std::size_t from = 0;
   *named = false;
-  while (from <= drivers.size()) {
-    const std::size_t comma = std::min(drivers.find(',', from), drivers.size());
-    const String one = drivers.substr(from, comma - from);
+  const Array<String> names = Split(drivers, ",");
+  for (Integer i = 0; i <= names.Ubound(); ++i) {
+    const String one = names(i);
     if (one == "pipewire") {
       *named = true;
     } else if (!one.empty()) {
       rest += (rest.empty() ? "" : ",") + one;
     }
-    from = comma + 1;
   }
   return rest;
 }
@@ -276,7 +263,7 @@ class Owner {
     if (sdl_ != nullptr) return true;
     sdl_ = Library();
     if (sdl_ == nullptr) {
-      SetWhy("no sound library: " + SdlLoadError());
+      SetWhy("no sound library: " + SdlLibrary().error);
       return false;
     }
     // SDL would otherwise take SIGINT and SIGTERM for its own event queue,
@@ -465,6 +452,6 @@ String WhyNoOutput() {
   return s.why.empty() ? "no output could be opened" : s.why;
 }
 
-String OutputLibraryError() { return Library() == nullptr ? SdlLoadError() : String(); }
+String OutputLibraryError() { return Library() == nullptr ? SdlLibrary().error : String(); }
 
 }  // namespace tk::sound

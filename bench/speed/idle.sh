@@ -7,16 +7,8 @@
 #
 # usage: bench/speed/idle.sh LABEL=PROGRAM...
 set -euo pipefail
-here=$(cd "$(dirname "$0")" && pwd)
-repo=$(cd "$here/../.." && pwd)
-if [ -z "${CALLOQUIN_PRIVATE_BUS:-}" ]; then
-  exec dbus-run-session -- env CALLOQUIN_PRIVATE_BUS=1 bash "$0" "$@"
-fi
-set +e
-check=/bin/true
-. "$repo/tests/x11/lib.sh"
+. "$(dirname "$0")/sound-lib.sh"
 . "$repo/tests/sound/pipewire-lib.sh"
-unset SDL_AUDIODRIVER
 pipewire_up
 ticks() { awk '{print $14 + $15}' "/proc/$1/stat"; }
 cpu_over() {  # seconds; prints the program's and the server's share of a core, in percent

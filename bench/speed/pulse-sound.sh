@@ -6,26 +6,14 @@
 #
 # usage: bench/speed/pulse-sound.sh LABEL=COMMAND...   (BENCH_BIN: bench_xprobe's folder)
 set -euo pipefail
-here=$(cd "$(dirname "$0")" && pwd)
-repo=$(cd "$here/../.." && pwd)
-if [ -z "${CALLOQUIN_PRIVATE_BUS:-}" ]; then
-  exec dbus-run-session -- env CALLOQUIN_PRIVATE_BUS=1 bash "$0" "$@"
-fi
-xprobe=${BENCH_BIN:-$repo/build/bench/bench/speed}/bench_xprobe
-set +e
-. "$repo/tests/common.sh"
+. "$(dirname "$0")/sound-lib.sh"
 sink=calloquin-test-sink cache=$repo/build/pulseaudio
 export XDG_RUNTIME_DIR=$work/run
 mkdir -p -m 700 "$XDG_RUNTIME_DIR"
-unset SDL_AUDIODRIVER PULSE_SERVER PIPEWIRE_REMOTE PIPEWIRE_RUNTIME_DIR
+unset PULSE_SERVER PIPEWIRE_REMOTE PIPEWIRE_RUNTIME_DIR
 PULSE_READER=none
 . "$repo/tests/sound/pulse-lib.sh"
-xvfb=
-on_exit() { pulse_down; [ -n "$xvfb" ] && kill "$xvfb"; }
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$work/display" 2>/dev/null &
-xvfb=$!
-until_ok 100 test -s "$work/display" || fail "Xvfb did not start"
-export DISPLAY=":$(cat "$work/display")"
+on_exit() { pulse_down; }
 pulse_up
 echo "PulseAudio $("$cache"/root/usr/bin/pulseaudio --version 2>/dev/null | awk '{print $2}'), $(. /etc/os-release && echo "$PRETTY_NAME")"
 run() {  # presses, command...

@@ -14,22 +14,8 @@
 # Needs bench_xprobe (bench/speed/run.sh builds it) and the packages of
 # scripts/install-deps.sh.
 set -euo pipefail
-here=$(cd "$(dirname "$0")" && pwd)
-repo=$(cd "$here/../.." && pwd)
-if [ -z "${CALLOQUIN_PRIVATE_BUS:-}" ]; then
-  exec dbus-run-session -- env CALLOQUIN_PRIVATE_BUS=1 bash "$0" "$@"
-fi
-xprobe=${BENCH_BIN:-$repo/build/bench/bench/speed}/bench_xprobe
-set +e
-. "$repo/tests/common.sh"
+. "$(dirname "$0")/sound-lib.sh"
 . "$repo/tests/sound/pipewire-lib.sh"
-unset SDL_AUDIODRIVER
-xvfb=
-on_exit() { pipewire_down; [ -n "$xvfb" ] && kill "$xvfb"; }
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$work/display" 2>/dev/null &
-xvfb=$!
-until_ok 100 test -s "$work/display" || fail "Xvfb did not start"
-export DISPLAY=":$(cat "$work/display")"
 pipewire_up
 echo "PipeWire $(pipewire --version | sed -n "s/^Linked with libpipewire //p"), $(. /etc/os-release && echo "$PRETTY_NAME")"
 

@@ -32,9 +32,10 @@ CONF
 # and the program get no real-time priority here, and on a machine busy
 # with a build beside the tests, cycles of a few milliseconds are missed and
 # the clip reaches the sink in pieces. How soon a clip sounds is the
-# benchmark's to measure, at the voice's own short cycles.
+# benchmark's to measure, at the voice's own short cycles (it sets
+# pw_min_quantum to the server's floor).
 mkdir -p "$XDG_CONFIG_HOME/pipewire/pipewire.conf.d"
-echo 'context.properties = { default.clock.min-quantum = 1024 }' \
+echo "context.properties = { default.clock.min-quantum = ${pw_min_quantum:-1024} }" \
   >"$XDG_CONFIG_HOME/pipewire/pipewire.conf.d/51-calloquin-test.conf"
 
 pipewire_pids=()
