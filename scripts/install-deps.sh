@@ -2,7 +2,14 @@
 # Installs the Debian packages that Calloquin needs to build, run and test,
 # and only those that are missing. Runs apt-get as root, or through sudo.
 # Given package names, installs those instead (the benchmarks' extras).
+# With --for-build, only what the configure and the build need, so that the
+# build can begin while the tests' tools are installed beside it.
 set -euo pipefail
+for_build=
+if [ "${1:-}" = --for-build ]; then
+  for_build=1
+  shift
+fi
 
 here=$(cd "$(dirname "$0")/.." && pwd)
 # What the build and every test need is what the Debian package's
@@ -11,15 +18,23 @@ here=$(cd "$(dirname "$0")/.." && pwd)
 build_depends() {
   awk '/^Build-Depends:/ { on = 1; sub(/^Build-Depends:/, ""); print; next }
        on && /^[ \t]/ { print; next } { on = 0 }' "$here/packaging/debian/control" |
-    tr ',' '\n' | sed 's/<[^>]*>//g; s/([^)]*)//g; s/[[:space:]]//g; /^$/d; s/^debhelper-compat$/debhelper/'
+    tr ',' '\n' | { if [ -n "$for_build" ]; then grep -v '<!nocheck>'; else cat; fi; } |
+    sed 's/<[^>]*>//g; s/([^)]*)//g; s/[[:space:]]//g; /^$/d; s/^debhelper-compat$/debhelper/'
 }
 mapfile -t packages < <(build_depends)
-packages+=(
-  # development alone: the sanitizer and libFuzzer runtimes; what
-  # dpkg-buildpackage takes as given in every build (build-essential), and
-  # the checks of the package (lintian and blhc)
-  libclang-rt-dev build-essential dpkg-dev file lintian blhc
-)
+if [ -n "$for_build" ]; then
+  # Of the tests' packages, those the configure looks for: GoogleTest, and
+  # the checkers of the desktop files (without them their test is left
+  # out); and the sanitizer runtimes.
+  packages+=(libgtest-dev desktop-file-utils appstream libclang-rt-dev)
+else
+  packages+=(
+    # development alone: the sanitizer and libFuzzer runtimes; what
+    # dpkg-buildpackage takes as given in every build (build-essential), and
+    # the checks of the package (lintian and blhc)
+    libclang-rt-dev build-essential dpkg-dev file lintian blhc
+  )
+fi
 
 # PulseAudio's own daemon plays in one test beside PipeWire's packages. Its
 # package conflicts with PipeWire's PulseAudio service, so the test
@@ -32,7 +47,7 @@ pulse_libs() {
 
 if [ $# -gt 0 ]; then
   packages=("$@")
-else
+elif [ -z "$for_build" ]; then
   mapfile -t -O ${#packages[@]} packages < <(pulse_libs)
 fi
 
@@ -63,7 +78,7 @@ apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get)
 "${apt[@]}" install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 # A machine without package lists knew no libraries of PulseAudio's before
 # the update.
-if [ $# -eq 0 ]; then
+if [ $# -eq 0 ] && [ -z "$for_build" ]; then
   mapfile -t missing < <(missing_of $(pulse_libs))
   [ ${#missing[@]} -eq 0 ] || "${apt[@]}" install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 fi

@@ -5,9 +5,10 @@
 # tests included), and the release build, which is the Debian package's
 # own (packaging/build-deb.sh: from the release tarball, by
 # dpkg-buildpackage, checked by lintian and blhc; its tests are the ones
-# just run), installed, played and removed. The fuzzer's minute and the
-# package's build run beside the tests, which mostly wait on X and the
-# sound servers. Each stage's time is printed at the end.
+# just run), installed, played and removed. The tests' tools are
+# installed beside the build; the fuzzer's minute and the package's build
+# run beside the tests, which mostly wait on X and the sound servers. Each
+# stage's time is printed at the end.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
@@ -36,6 +37,7 @@ stage() {  # name, command...
 begin() {  # name, command...
   local name=$1
   shift
+  mkdir -p build
   setsid "$@" >"build/$name.out" 2>&1 &
   beside[$name]=$!
 }
@@ -47,8 +49,17 @@ finish() {  # name
   return "$status"
 }
 
-stage "install what is missing" scripts/install-deps.sh
+stage "install what the build needs" scripts/install-deps.sh --for-build
+# The rest, the tests' tools, is installed beside the build (dpkg keeps one
+# core busy at most), where no password is asked for: a job in the
+# background can't be asked one.
+if [ "$(id -u)" -eq 0 ] || setsid sudo -n true </dev/null >/dev/null 2>&1; then
+  begin install scripts/install-deps.sh
+else
+  stage "install the tests' tools" scripts/install-deps.sh
+fi
 stage "debug build under the sanitizers" sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
+[ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
 # The fuzzer needs one core for its minute, and the tests mostly wait on X.
 begin fuzz tests/fuzz/run.sh 60
 # The package, from the tarball of the last commit, in build/debian, on one

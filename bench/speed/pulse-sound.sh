@@ -15,7 +15,7 @@ PULSE_READER=none
 . "$repo/tests/sound/pulse-lib.sh"
 on_exit() { pulse_down; }
 pulse_up
-echo "PulseAudio $("$cache"/root/usr/bin/pulseaudio --version 2>/dev/null | awk '{print $2}'), $(. /etc/os-release && echo "$PRETTY_NAME")"
+echo "PulseAudio $(LD_LIBRARY_PATH="$core:$modules" "$cache"/root/usr/bin/pulseaudio --version 2>/dev/null | awk '{print $2}'), $(. /etc/os-release && echo "$PRETTY_NAME")"
 run() {  # presses, command...
   local presses=$1; shift
   "$@" 2>"$work/program.log" &
