@@ -60,11 +60,12 @@ else
 fi
 stage "debug build under the sanitizers" sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
-# The fuzzer needs one core for its minute, and the tests mostly wait on X.
-begin fuzz tests/fuzz/run.sh 60
-# The package, from the tarball of the last commit, in build/debian, on one
-# core: the tests keep the other.
-begin debian env DEB_BUILD_OPTIONS="nocheck parallel=1" packaging/build-deb.sh build/debian
+# The fuzzer's minute and the package's build (from the tarball of the last
+# commit, in build/debian, on one core) take the cores the tests leave idle,
+# at the lowest priority: the tests bound how long the program may take to
+# answer, and a machine busy with builds beside them must not make them fail.
+begin fuzz nice -n 19 tests/fuzz/run.sh 60
+begin debian env DEB_BUILD_OPTIONS="nocheck parallel=1" nice -n 19 packaging/build-deb.sh build/debian
 stage "every test (the fuzzer's minute and the package's build begin beside them)" ctest --preset asan -j "$jobs" -LE soak
 stage "the rest of the fuzzer's minute" finish fuzz
 stage "the rest of the package's build: dpkg-buildpackage, lintian, blhc" finish debian

@@ -20,14 +20,19 @@ trap 'stop_xservers; common_cleanup' EXIT
 # server that has just picked the same display. So a script that runs
 # servers side by side starts them all first and stops them all at its
 # end, and where tests run side by side each has displays of its own:
-# CALLOQUIN_X_DISPLAYS is the first of its ten. Without it, the server
-# takes the first free display.
+# CALLOQUIN_X_DISPLAYS is the first of its ten. One of them taken by
+# something else on the machine, or none given: the first free display.
 xserver() {
-  local fd=$work/display.${#xvfb_pids[@]} display=
+  local fd=$work/display.${#xvfb_pids[@]} display= pid
   [ -n "${CALLOQUIN_X_DISPLAYS:-}" ] && display=:$((CALLOQUIN_X_DISPLAYS + ${#xvfb_pids[@]}))
-  Xvfb $display -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -r 3>"$fd" 2>>"$work/xvfb.log" &
-  xvfb_pids+=($!)
-  until_ok 100 test -s "$fd" || fail "Xvfb did not start$display ($(tail -n 3 "$work/xvfb.log"))"
+  for display in $display ""; do
+    Xvfb $display -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -r 3>"$fd" 2>>"$work/xvfb.log" &
+    pid=$!
+    until_ok 100 eval 'test -s "$fd" || ! running $pid'
+    test -s "$fd" && break
+  done
+  xvfb_pids+=($pid)
+  test -s "$fd" || fail "Xvfb did not start ($(tail -n 3 "$work/xvfb.log"))"
   export DISPLAY=":$(cat "$fd")"
 }
 xserver
