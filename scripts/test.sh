@@ -7,8 +7,8 @@
 # dpkg-buildpackage, checked by lintian and blhc; its tests are the ones
 # just run), installed, played and removed. The tests' tools are
 # installed beside the build; the fuzzer's minute and the package's build
-# run beside the tests, which mostly wait on X and the sound servers. Each
-# stage's time is printed at the end.
+# run beside the tests, at the lowest priority. Each stage's time is
+# printed at the end.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
@@ -61,8 +61,8 @@ fi
 stage "debug build under the sanitizers" sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
 # The fuzzer's minute and the package's build (from the tarball of the last
-# commit, in build/debian, on one core) take the cores the tests leave idle,
-# at the lowest priority: the tests bound how long the program may take to
+# commit, in build/debian, on one core) take what CPU the tests leave, at
+# the lowest priority: the tests bound how long the program may take to
 # answer, and a machine busy with builds beside them must not make them fail.
 begin fuzz nice -n 19 tests/fuzz/run.sh 60
 begin debian env DEB_BUILD_OPTIONS="nocheck parallel=1" nice -n 19 packaging/build-deb.sh build/debian

@@ -24,10 +24,6 @@ until_ok() {
   done
 }
 
-# Whether a child process still runs (one that has ended stays a zombie
-# until it is waited for).
-running() { [ -e "/proc/$1" ] && ! grep -q '^State:[[:space:]]*Z' "/proc/$1/status" 2>/dev/null; }
-
 # Where the program's main thread waits in the kernel, for a program that
 # doesn't answer: in poll it is idle, waiting for events that never came;
 # on a futex it is held up inside itself.

@@ -28,7 +28,7 @@ xserver() {
   for display in $display ""; do
     Xvfb $display -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -r 3>"$fd" 2>>"$work/xvfb.log" &
     pid=$!
-    until_ok 100 eval 'test -s "$fd" || ! running $pid'
+    until_ok 100 eval 'test -s "$fd" || ! kill -0 $pid 2>/dev/null'
     test -s "$fd" && break
   done
   xvfb_pids+=($pid)
