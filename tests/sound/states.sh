@@ -7,14 +7,16 @@
 #   2. PipeWire and WirePlumber with no sink, without and with the
 #      PulseAudio service; then a sink comes.
 #   3. The one sink removed in a game, and added back.
-# In each: 30 presses each show and count their number, Ctrl+Q ends the
+# One state a run, so that the states run side by side. In each: 30 presses each show and count their number, Ctrl+Q ends the
 # program at once with status 0 (the game is played on while the voice is
 # stuck, and ended from there), and once a sink is there the next press is
 # heard, matched sample for sample against its clip.
 #
-# usage: states.sh <calloquin executable> <board check tool>
+# usage: states.sh <calloquin executable> <board check tool> <state>
+#   state: no-session-manager, no-sink-no-pulse, no-sink or sink-removed
 program=$1
 check=$2
+which=$3
 for tool in pipewire wireplumber pipewire-pulse pw-cli pw-record pw-metadata dbus-run-session lame; do
   command -v "$tool" >/dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
 done
@@ -66,33 +68,34 @@ stuck_then_heard() {
   quits_at_once "$1, with a sink"
 }
 
-state="no session manager"
-pw_server; pw_pulse; sink_up_later() { pw_session; sink_up; }
-stuck_then_quit "$state"
-stuck_then_heard "$state" sink_up_later
-pipewire_down
-
-state="no sink, no PulseAudio service"
-pw_server; pw_session
-stuck_then_quit "$state"
-stuck_then_heard "$state" sink_up
-pipewire_down
-
-state="no sink"
-pw_server; pw_session; pw_pulse
-stuck_then_quit "$state"
-stuck_then_heard "$state" sink_up
-pipewire_down
-
-state="the sink removed in a game"
-pipewire_up
-start "$program"
-caller_switch
-press_heard 1 "$state: before"
-sink_down
-presses_stuck 1 30 "$state"
-sink_up
-sleep 4.5
-press_heard 32 "$state: added back"
-quits_at_once "$state"
+case $which in
+  no-session-manager)
+    state="no session manager"
+    pw_server; pw_pulse; sink_up_later() { pw_session; sink_up; }
+    stuck_then_quit "$state"
+    stuck_then_heard "$state" sink_up_later ;;
+  no-sink-no-pulse)
+    state="no sink, no PulseAudio service"
+    pw_server; pw_session
+    stuck_then_quit "$state"
+    stuck_then_heard "$state" sink_up ;;
+  no-sink)
+    state="no sink"
+    pw_server; pw_session; pw_pulse
+    stuck_then_quit "$state"
+    stuck_then_heard "$state" sink_up ;;
+  sink-removed)
+    state="the sink removed in a game"
+    pipewire_up
+    start "$program"
+    caller_switch
+    press_heard 1 "$state: before"
+    sink_down
+    presses_stuck 1 30 "$state"
+    sink_up
+    sleep 4.5
+    press_heard 32 "$state: added back"
+    quits_at_once "$state" ;;
+  *) echo "usage: $0 <calloquin executable> <board check tool> <state>" >&2; exit 2 ;;
+esac
 echo "PASS"
