@@ -20,7 +20,7 @@ declare -A beside=()  # name: process group of a stage run beside the tests
 report() {
   # A stage that failed leaves nothing running behind it.
   local pid
-  for pid in "${beside[@]}"; do kill -- "-$pid" 2>/dev/null; done
+  for pid in "${beside[@]}"; do kill -- "-$pid" 2>/dev/null || true; done
   echo "== stage times"
   printf '  %s\n' "${times[@]}"
 }
@@ -32,14 +32,19 @@ stage() {  # name, command...
   "$@"
   times+=("$(printf '%4d s  %s' $((SECONDS - t)) "$name")")
 }
-# A stage begun beside the tests, in its own process group, its output kept
-# in build/<name>.out until the stage that waits for it.
+# A stage begun beside the others, in its own process group (job control
+# gives it one), its output kept in build/<name>.out until the stage that
+# waits for it. Not in a session of its own: Linux shares the CPU fairly
+# between sessions whatever their nice, so a build at nice 19 in its own
+# session took a whole core from the tests.
 begin() {  # name, command...
   local name=$1
   shift
   mkdir -p build
-  setsid "$@" >"build/$name.out" 2>&1 &
+  set -m
+  "$@" </dev/null >"build/$name.out" 2>&1 &
   beside[$name]=$!
+  set +m
 }
 finish() {  # name
   local status=0
