@@ -72,7 +72,8 @@ begin debian env DEB_BUILD_OPTIONS=nocheck nice -n 19 packaging/build-deb.sh --b
 stage "debug build under the sanitizers (the package's build begins beside it)" \
   sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
-# The fuzzer's minute, beside the tests, likewise at the lowest priority.
+# The fuzzer's minute (the fuzzer is built with the sanitizer build, over
+# its toolkit), beside the tests, likewise at the lowest priority.
 # The tests mostly wait, on X servers, sound servers and the program's
 # timers: twice as many as there are cores run at once.
 begin fuzz nice -n 19 tests/fuzz/run.sh 60

@@ -27,7 +27,15 @@ until_ok() {
 # Where the program's main thread waits in the kernel, for a program that
 # doesn't answer: in poll it is idle, waiting for events that never came;
 # on a futex it is held up inside itself.
-waits_in() { cat "/proc/$app_pid/wchan" 2>/dev/null || echo '(gone)'; }
+# Each thread of the program: its name, its state (R runs, S sleeps, D in
+# the kernel, Z ended) and what it waits in.
+waits_in() {
+  local task out=
+  for task in "/proc/$app_pid"/task/*; do
+    out+="$(cat "$task/comm" 2>/dev/null) $(cut -d' ' -f3 "$task/stat" 2>/dev/null) $(cat "$task/wchan" 2>/dev/null); "
+  done
+  [ -n "$out" ] && echo "${out%; }" || echo '(gone)'
+}
 
 # Waits for the program to end and checks its status.
 ended_with() {
