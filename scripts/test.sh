@@ -68,9 +68,9 @@ fi
 # the lowest priority: the tests bound how long the program may take to
 # answer, and a machine busy with a build beside them must not make them
 # fail. Its checks wait for the tools' install.
-begin debian env DEB_BUILD_OPTIONS=nocheck nice -n 19 packaging/build-deb.sh --build-only build/debian
-stage "debug build under the sanitizers (the package's build begins beside it)" \
+stage "debug build under the sanitizers" \
   sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
+begin debian env DEB_BUILD_OPTIONS=nocheck nice -n 19 packaging/build-deb.sh --build-only build/debian
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
 # The fuzzer's minute (the fuzzer is built with the sanitizer build, over
 # its toolkit), beside the tests, likewise at the lowest priority.
