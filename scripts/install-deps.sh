@@ -25,10 +25,8 @@ mapfile -t packages < <(build_depends)
 if [ -n "$for_build" ]; then
   # Of the tests' packages, those the configure looks for: GoogleTest, and
   # the checkers of the desktop files (without them their test is left
-  # out); the sanitizer runtimes; and what dpkg-buildpackage takes as given
-  # in every build (build-essential), since the package's build begins
-  # beside the sanitizer build.
-  packages+=(libgtest-dev desktop-file-utils appstream libclang-rt-dev build-essential dpkg-dev)
+  # out); and the sanitizer runtimes.
+  packages+=(libgtest-dev desktop-file-utils appstream libclang-rt-dev)
 else
   packages+=(
     # development alone: the sanitizer and libFuzzer runtimes; what

@@ -6,9 +6,9 @@
 # own (packaging/build-deb.sh: from the release tarball, by
 # dpkg-buildpackage, checked by lintian and blhc; its tests are the ones
 # just run), installed, played and removed. The tests' tools are
-# installed beside the build; the package's build runs beside the
-# sanitizer build and the tests, and the fuzzer's minute beside the tests,
-# both at the lowest priority. Each stage's time is printed at the end.
+# installed beside the sanitizer build; the package's build and the
+# fuzzer's minute run beside the tests, at the lowest priority. Each
+# stage's time is printed at the end.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
@@ -63,21 +63,19 @@ if [ "$(id -u)" -eq 0 ] || setsid sudo -n true </dev/null >/dev/null 2>&1; then
 else
   stage "install the tests' tools" scripts/install-deps.sh
 fi
-# The package's build (from the tarball of the last commit, in
-# build/debian) takes what CPU the sanitizer build and the tests leave, at
-# the lowest priority: the tests bound how long the program may take to
-# answer, and a machine busy with a build beside them must not make them
-# fail. Its checks wait for the tools' install.
-stage "debug build under the sanitizers" \
-  sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
-begin debian env DEB_BUILD_OPTIONS=nocheck nice -n 19 packaging/build-deb.sh --build-only build/debian
+stage "debug build under the sanitizers" sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
-# The fuzzer's minute (the fuzzer is built with the sanitizer build, over
-# its toolkit), beside the tests, likewise at the lowest priority.
-# The tests mostly wait, on X servers, sound servers and the program's
-# timers: twice as many as there are cores run at once.
+# Beside the tests, at the lowest priority: the tests bound how long the
+# program may take to answer, and a machine busy with builds beside them
+# must not make them fail. There, the package's build (from the tarball
+# of the last commit, in build/debian) and the fuzzer's minute (the
+# fuzzer is built with the sanitizer build, over its toolkit) take what
+# CPU the tests leave. The tests often wait, on X servers, sound servers
+# and the program's timers: run two at once they left half the CPU idle,
+# so twice as many as there are cores run at once.
+begin debian env DEB_BUILD_OPTIONS=nocheck nice -n 19 packaging/build-deb.sh --build-only build/debian
 begin fuzz nice -n 19 tests/fuzz/run.sh 60
-stage "every test (the fuzzer's minute begins beside them)" ctest --preset asan -j $((2 * jobs)) -LE soak
+stage "every test (the package's build and the fuzzer's minute begin beside them)" ctest --preset asan -j $((2 * jobs)) -LE soak
 stage "the rest of the fuzzer's minute" finish fuzz
 stage "the rest of the package's build" finish debian
 stage "the package's checks: lintian, blhc" packaging/build-deb.sh --checks-only build/debian
