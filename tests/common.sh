@@ -24,11 +24,10 @@ until_ok() {
   done
 }
 
-# Where the program's main thread waits in the kernel, for a program that
-# doesn't answer: in poll it is idle, waiting for events that never came;
-# on a futex it is held up inside itself.
-# Each thread of the program: its name, its state (R runs, S sleeps, D in
-# the kernel, Z ended) and what it waits in.
+# Where each thread of a program that doesn't answer is: its name, its
+# state (R runs, S sleeps, D waits in the kernel, Z has ended) and what it
+# waits in. A main thread in poll is idle, waiting for events that never
+# came; on a futex it is held up inside the program.
 waits_in() {
   local task out=
   for task in "/proc/$app_pid"/task/*; do

@@ -7,10 +7,11 @@
 #   2. PipeWire and WirePlumber with no sink, without and with the
 #      PulseAudio service; then a sink comes.
 #   3. The one sink removed in a game, and added back.
-# One state a run, so that the states run side by side. In each: 30 presses each show and count their number, Ctrl+Q ends the
-# program at once with status 0 (the game is played on while the voice is
-# stuck, and ended from there), and once a sink is there the next press is
-# heard, matched sample for sample against its clip.
+# One state a run, so that the states run side by side. In each: 30
+# presses each show and count their number, Ctrl+Q ends the program at
+# once with status 0 (the game is played on while the voice is stuck, and
+# ended from there), and once a sink is there the next press is heard,
+# matched sample for sample against its clip.
 #
 # usage: states.sh <calloquin executable> <board check tool> <state>
 #   state: no-session-manager, no-sink-no-pulse, no-sink or sink-removed
