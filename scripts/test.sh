@@ -63,7 +63,13 @@ if [ "$(id -u)" -eq 0 ] || setsid sudo -n true </dev/null >/dev/null 2>&1; then
 else
   stage "install the tests' tools" scripts/install-deps.sh
 fi
-stage "debug build under the sanitizers" sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
+# The clips are spoken from the start, beside the build, into the cache
+# its presets share (build/clips): in the build, their step waits for its
+# meter, which Ninja compiles last, and then spoke alone on an idle core.
+begin clips env CXX=clang++ sh -c 'out=$(mktemp -d) && sh tools/voice/cached-clips.sh caller/CallTable.h "$out" build/clips && rm -rf "$out"'
+stage "debug build under the sanitizers (the clips spoken beside it)" \
+  sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
+finish clips
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
 # Beside the tests, at the lowest priority: the tests bound how long the
 # program may take to answer, and a machine busy with builds beside them

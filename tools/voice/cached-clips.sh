@@ -9,12 +9,18 @@ table=$1 out=$2 cache=$3
 here=$(cd "$(dirname "$0")" && pwd)
 key=$(cat "$table" "$here/make-clips.sh" "$here/loudness.cpp" | cksum | tr ' ' '-')
 made=$cache/$key
+mkdir -p "$cache"
+# Two builds that reach this at once speak the clips once: the later waits
+# for the first (where flock is there; elsewhere both speak, and either set
+# will do).
+if command -v flock >/dev/null 2>&1; then
+  exec 9>"$cache/.lock"
+  flock 9
+fi
 if [ ! -f "$made/vocal90.mp3" ]; then
-  mkdir -p "$cache"
   work=$(mktemp -d "$cache/.making.XXXXXX")
   trap 'rm -rf "$work"' EXIT
   sh "$here/make-clips.sh" "$table" "$work"
-  # Another build may have made the same clips meanwhile; either set will do.
   [ -f "$made/vocal90.mp3" ] || { rm -rf "$made" && mv "$work" "$made"; }
 fi
 mkdir -p "$out"
