@@ -25,14 +25,14 @@ mapfile -t packages < <(build_depends)
 if [ -n "$for_build" ]; then
   # Of the tests' packages, those the configure looks for: GoogleTest, and
   # the checkers of the desktop files (without them their test is left
-  # out); and the sanitizer runtimes.
-  packages+=(libgtest-dev desktop-file-utils appstream libclang-rt-dev)
+  # out); the sanitizer runtimes, and lld, which links the sanitizer build.
+  packages+=(libgtest-dev desktop-file-utils appstream libclang-rt-dev lld)
 else
   packages+=(
-    # development alone: the sanitizer and libFuzzer runtimes; what
+    # development alone: the sanitizer and libFuzzer runtimes, lld; what
     # dpkg-buildpackage takes as given in every build (build-essential), and
     # the checks of the package (lintian and blhc)
-    libclang-rt-dev build-essential dpkg-dev file lintian blhc
+    libclang-rt-dev lld build-essential dpkg-dev file lintian blhc
   )
 fi
 
