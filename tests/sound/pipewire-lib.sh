@@ -138,6 +138,31 @@ dismiss_notice() {
   xdotool windowfocus --sync "$wid"
 }
 
+# $2 presses from $1 numbers called on, with the voice lost: each shows and
+# counts its number, the operator is told at most once, and nothing is
+# reported as a failure. $4 is "told" where the program can see that no
+# output plays (it must say so, 2 s after the first press), or "maybe"
+# where the server takes the stream to no sink: the voice then plays as far
+# as the program can tell, and nobody need be told.
+presses_stuck() {  # called before, presses, what, told|maybe
+  local n
+  press Return
+  expect $(($1 + 1)) "$3: press 1"
+  if [ "$4" = told ]; then
+    until_ok 50 dialog_up || fail "$3: the operator was not told that the voice can't be heard"
+    dismiss_notice "$3"
+  elif until_ok 30 dialog_up; then
+    dismiss_notice "$3"
+    echo "$3: told that the voice can't be heard"
+  fi
+  for n in $(seq $(($1 + 2)) $(($1 + $2))); do
+    press Return
+    expect "$n" "$3: press $((n - $1))"
+  done
+  no_dialog || fail "$3: told more than once"
+  [ "$(reports)" -eq 0 ] || fail "$3: a failure was reported"
+}
+
 # The program's streams that the server runs: none while nothing sounds (a
 # stream made ahead and left inactive costs the server nothing).
 our_nodes() {
