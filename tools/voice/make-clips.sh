@@ -123,27 +123,32 @@ lead() {
   fi
 }
 
-# One festival run for all 90: starting the voice costs more than speaking.
-# Call, lead-in and number are three utterances, so each ends on a full
-# cadence and the pauses between them are ours to set.
-{
-  echo "($voice)"
-  # "One" said with a short, central vowel ("wun"), as most callers say it.
-  # The voice's own full vowel glides up into the n, and under chatter that
-  # glide is heard as the diphthong of "nine": with this, numbers ending in
-  # 1 carry twice as often through babble.
-  echo "(lex.add.entry '(\"one\" nil (((w ax n) 1))))"
-  k=0
-  speakable <"$work/calls" | while IFS= read -r call; do
-    k=$((k + 1))
-    echo "(utt.save.wave (utt.synth (Utterance Text \"$call.\")) \"$work/call$k.wav\" 'riff)"
-    echo "(utt.save.wave (utt.synth (Utterance Text \"$(lead "$k").\")) \"$work/lead$k.wav\" 'riff)"
-    echo "(utt.save.wave (utt.synth (Utterance Text \"$(whole "$k").\")) \"$work/number$k.wav\" 'riff)"
-  done
-} >"$work/speak.scm"
-festival -b "$work/speak.scm" >"$work/festival.log" 2>&1 || {
-  cat "$work/festival.log" >&2
-  exit 1
+# What festival says for clip k: call, lead-in and number are three
+# utterances, so each ends on a full cadence and the pauses between them
+# are ours to set.
+speech() {
+  k=$1
+  call=$(sed -n "${k}p" "$work/calls" | speakable)
+  echo "(utt.save.wave (utt.synth (Utterance Text \"$call.\")) \"$work/call$k.wav\" 'riff)"
+  echo "(utt.save.wave (utt.synth (Utterance Text \"$(lead "$k").\")) \"$work/lead$k.wav\" 'riff)"
+  echo "(utt.save.wave (utt.synth (Utterance Text \"$(whole "$k").\")) \"$work/number$k.wav\" 'riff)"
+}
+# One festival run speaks every clip of a lane (below): the voice starts in
+# a quarter of a second, and speaks a clip in a seventh.
+speak() {  # clip numbers
+  {
+    echo "($voice)"
+    # "One" said with a short, central vowel ("wun"), as most callers say it.
+    # The voice's own full vowel glides up into the n, and under chatter that
+    # glide is heard as the diphthong of "nine": with this, numbers ending in
+    # 1 carry twice as often through babble.
+    echo "(lex.add.entry '(\"one\" nil (((w ax n) 1))))"
+    for k in "$@"; do speech "$k"; done
+  } >"$work/speak$1.scm"
+  festival -b "$work/speak$1.scm" >"$work/festival$1.log" 2>&1 || {
+    cat "$work/festival$1.log" >&2
+    exit 1
+  }
 }
 
 # Integrated loudness of a file in LUFS (EBU R128), the file heard 1 + $2
@@ -230,20 +235,26 @@ clip() {
   mv -f "$work/vocal$k.mp3" "$out/vocal$k.mp3"
 }
 
-# The clips are independent: make them a few at a time, one per processor.
-jobs=$(nproc 2>/dev/null || echo 2)
+# The clips are independent: they are made in one lane per processor, lane
+# l taking clips l, l + lanes, l + 2 lanes ..., each lane speaking its clips
+# in one festival run and then shaping and encoding them. A lane waits for
+# nobody, so no processor stands idle while another finishes a slow clip,
+# or while festival speaks.
+lanes=$(nproc 2>/dev/null || echo 2)
 mkdir -p "$out"
-k=1
-while [ "$k" -le 90 ]; do
-  pids=
-  n=0
-  while [ "$n" -lt "$jobs" ] && [ "$k" -le 90 ]; do
-    (clip "$k") &
-    pids="$pids $!"
-    n=$((n + 1))
-    k=$((k + 1))
-  done
-  for pid in $pids; do
-    wait "$pid" || exit 1
-  done
+pids=
+lane=1
+while [ "$lane" -le "$lanes" ] && [ "$lane" -le 90 ]; do
+  (
+    set -- $(seq "$lane" "$lanes" 90)
+    speak "$@"
+    for k in "$@"; do clip "$k"; done
+  ) &
+  pids="$pids $!"
+  lane=$((lane + 1))
 done
+status=0
+for pid in $pids; do
+  wait "$pid" || status=1
+done
+exit "$status"
