@@ -3,13 +3,15 @@
 # and only those that are missing. Runs apt-get as root, or through sudo.
 # Given package names, installs those instead (the benchmarks' extras).
 # With --for-build, only what the configure and the build need, so that the
-# build can begin while the tests' tools are installed beside it.
+# build can begin while the tests' tools are installed beside it; with
+# --for-clips, only what speaks the voice clips, so that they can be spoken
+# while the rest of the build's needs are installed.
 set -euo pipefail
-for_build=
-if [ "${1:-}" = --for-build ]; then
-  for_build=1
-  shift
-fi
+for_build='' for_clips=''
+case ${1:-} in
+  --for-build) for_build=1; shift ;;
+  --for-clips) for_build=1 for_clips=1; shift ;;
+esac
 
 here=$(cd "$(dirname "$0")/.." && pwd)
 # What the build and every test need is what the Debian package's
@@ -22,7 +24,11 @@ build_depends() {
     sed 's/<[^>]*>//g; s/([^)]*)//g; s/[[:space:]]//g; /^$/d; s/^debhelper-compat$/debhelper/'
 }
 mapfile -t packages < <(build_depends)
-if [ -n "$for_build" ]; then
+if [ -n "$for_clips" ]; then
+  # The voice, its shaping and encoding, and the compiler of the loudness
+  # meter, as the Build-Depends name them.
+  mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -xE 'festival|festvox-.*|sox|lame|clang')
+elif [ -n "$for_build" ]; then
   # Of the tests' packages, those the configure looks for: GoogleTest, and
   # the checkers of the desktop files (without them their test is left
   # out); the sanitizer runtimes, and lld, which links the sanitizer build.
@@ -74,7 +80,13 @@ echo "Installing: ${missing[*]}"
 # Through env: sudo would drop an exported DEBIAN_FRONTEND, and a package
 # that asks a question would then wait for an answer nobody gives.
 apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get)
-"${apt[@]}" update -qq
+# The package lists are fetched once, where the caller installs in steps
+# and names a stamp file (CALLOQUIN_APT_STAMP) that says they have been.
+stamp=${CALLOQUIN_APT_STAMP:-}
+if [ -z "$stamp" ] || [ ! -e "$stamp" ]; then
+  "${apt[@]}" update -qq
+  [ -z "$stamp" ] || touch "$stamp"
+fi
 "${apt[@]}" install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 # A machine without package lists knew no libraries of PulseAudio's before
 # the update.

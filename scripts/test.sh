@@ -54,20 +54,24 @@ finish() {  # name
   return "$status"
 }
 
-stage "install what the build needs" scripts/install-deps.sh --for-build
-# The rest, the tests' tools, is installed beside the build (dpkg keeps one
-# core busy at most), where no password is asked for: a job in the
-# background can't be asked one.
+# The voice clips are spoken first, beside the rest of the install (dpkg
+# keeps one core busy at most), into the cache that the build's presets
+# share (build/clips): in the build, their step waits for its loudness
+# meter, which Ninja compiles among the last.
+mkdir -p build
+export CALLOQUIN_APT_STAMP=$PWD/build/apt-lists-fetched
+rm -f "$CALLOQUIN_APT_STAMP"
+stage "install what speaks the voice clips" scripts/install-deps.sh --for-clips
+begin clips env CXX=clang++ sh -c 'out=$(mktemp -d) && sh tools/voice/cached-clips.sh caller/CallTable.h "$out" build/clips && rm -rf "$out"'
+stage "install what the build needs (the clips spoken beside it)" scripts/install-deps.sh --for-build
+# The rest, the tests' tools, is installed beside the build, where no
+# password is asked for: a job in the background can't be asked one.
 if [ "$(id -u)" -eq 0 ] || setsid sudo -n true </dev/null >/dev/null 2>&1; then
   begin install scripts/install-deps.sh
 else
   stage "install the tests' tools" scripts/install-deps.sh
 fi
-# The clips are spoken from the start, beside the build, into the cache
-# its presets share (build/clips): in the build, their step waits for its
-# meter, which Ninja compiles last, and then spoke alone on an idle core.
-begin clips env CXX=clang++ sh -c 'out=$(mktemp -d) && sh tools/voice/cached-clips.sh caller/CallTable.h "$out" build/clips && rm -rf "$out"'
-stage "debug build under the sanitizers (the clips spoken beside it)" \
+stage "debug build under the sanitizers" \
   sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
 finish clips
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
