@@ -5,7 +5,8 @@
 # tests included), and the release build, which is the Debian package's
 # own (packaging/build-deb.sh: from the release tarball, by
 # dpkg-buildpackage, checked by lintian and blhc; its tests are the ones
-# just run), installed, played and removed. The tests' tools are
+# just run), installed, played and removed. The voice clips are spoken
+# once, beside the install, for both builds; the tests' tools are
 # installed beside the sanitizer build; the package's build and the
 # fuzzer's minute run beside the tests, at the lowest priority. Each
 # stage's time is printed at the end.
@@ -74,23 +75,24 @@ fi
 stage "debug build under the sanitizers" \
   sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
 finish clips
-[ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
-# Beside the tests, at the lowest priority: the tests bound how long the
+# Beside what follows, at the lowest priority: the tests bound how long the
 # program may take to answer, and a machine busy with builds beside them
-# must not make them fail. There, the package's build (from the tarball
-# of the last commit, in build/debian) and the fuzzer's minute (the
-# fuzzer is built with the sanitizer build, over its toolkit) take what
-# CPU the tests leave. The tests often wait, on X servers, sound servers
-# and the program's timers: run two at once they left half the CPU idle,
-# so twice as many as there are cores run at once.
+# must not make them fail. There, the fuzzer's minute (the fuzzer is built
+# with the sanitizer build, over its toolkit, and needs nothing of what is
+# still being installed) and the package's build (from the tarball of the
+# last commit, in build/debian) take what CPU the rest leaves. The tests
+# often wait, on X servers, sound servers and the program's timers: run
+# two at once they left half the CPU idle, so twice as many as there are
+# cores run at once.
+begin fuzz nice -n 19 tests/fuzz/run.sh 60
+[ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install (the fuzzer's minute begins beside it)" finish install
 # The package's build takes the clips that were spoken at the start, from
 # the same sources; a distribution's build of the package, and CI's from
 # the Build-Depends alone, speak their own (CI checks that the two .debs
 # are the same bytes).
 begin debian env DEB_BUILD_OPTIONS=nocheck CALLOQUIN_CLIP_CACHE="$PWD/build/clips" \
   nice -n 19 packaging/build-deb.sh --build-only build/debian
-begin fuzz nice -n 19 tests/fuzz/run.sh 60
-stage "every test (the package's build and the fuzzer's minute begin beside them)" ctest --preset asan -j $((2 * jobs)) -LE soak
+stage "every test (the package's build begins beside them)" ctest --preset asan -j $((2 * jobs)) -LE soak
 stage "the rest of the fuzzer's minute" finish fuzz
 stage "the rest of the package's build" finish debian
 # lintian keeps one core busy; the .deb's test mostly waits on apt and X.

@@ -88,6 +88,15 @@ struct Voice {
   Samples clip;
   std::size_t at;
 };
+// The tests of what to drop are named functions, not lambdas: clang 14
+// names a lambda's type by its source file's full path in the debug
+// information, past the build's prefix map, and the program's build id
+// then depends on the folder it was built in.
+bool Finished(const Voice& v) { return v.at >= v.clip->size(); }
+struct StaleAt {
+  Clock::time_point now;
+  bool operator()(const Request& r) const { return now - r.at > kFreshFor; }
+};
 
 // What the GUI thread, the owner and the mixing thread share. Made once and
 // never destroyed: the mixing thread may still run while the process exits.
@@ -159,7 +168,7 @@ void Mix(std::int16_t* out, std::size_t frames) {
       v.at += n;
     }
     for (std::size_t i = 0; i < frames; ++i) out[i] = static_cast<std::int16_t>(std::clamp(s.sum[i], -32768, 32767));
-    std::erase_if(s.voices, [](const Voice& v) { return v.at >= v.clip->size(); });
+    std::erase_if(s.voices, Finished);
     s.lastSounded.store(now.time_since_epoch().count(), std::memory_order_relaxed);
   }
   s.sounding.store(static_cast<int>(s.voices.size()), std::memory_order_relaxed);
@@ -432,7 +441,7 @@ unsigned long Start(Samples clip) {
   {
     const std::lock_guard hold(s.lock);
     number = ++s.handedOut;
-    std::erase_if(s.pending, [&](const Request& r) { return now - r.at > kFreshFor; });
+    std::erase_if(s.pending, StaleAt{now});
     s.pending.push_back({std::move(clip), now, number});
   }
   s.wake.notify_one();

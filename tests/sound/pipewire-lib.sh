@@ -133,9 +133,10 @@ quits_at_once() {
 
 # The notice's OK takes it away from over the board.
 dismiss_notice() {
-  xdotool windowfocus --sync "$(windows | grep -vx "$wid" | head -n1)" key Return
+  focus "$(windows | grep -vx "$wid" | head -n1)"
+  press Return
   until_ok 50 no_dialog || fail "$1: the notice did not close"
-  xdotool windowfocus --sync "$wid"
+  focus "$wid"
 }
 
 # $2 presses from $1 numbers called on, with the voice lost: each shows and

@@ -29,7 +29,7 @@ until_ok 100 dialog_up || fail "no question after the 90th number"
 press Return  # the default answer: Yes, a new game
 expect 0 "after Yes"
 
-xdotool windowfocus --sync "$wid"
+focus "$wid"
 press Return Return Return; expect 3 "in the new game"
 press ctrl+q
 ended_with 0 "Ctrl+Q"

@@ -45,13 +45,20 @@ find_window() { wid=$(windows | head -n1); [ -n "$wid" ]; }
 dialog_up() { [ "$(windows | wc -l)" -gt 1 ]; }
 no_dialog() { ! dialog_up; }
 
+# Gives a window the focus and waits until it has it: within 10 s, for
+# xdotool would wait for ever on a window that has gone (a program that
+# died).
+focus() {
+  timeout 10 xdotool windowfocus --sync "$1" 2>/dev/null \
+    || fail "the window $1 did not take the focus within 10 s ($(state))"
+}
 # Starts the program; its stderr goes to $work/program.log.
 start() {
   : >"$work/program.log"
   "$1" 2>"$work/program.log" &
   app_pid=$!
   until_ok 150 find_window || fail "no window appeared"
-  xdotool windowfocus --sync "$wid"
+  focus "$wid"
 }
 reports() { grep -c '^Calloquin: unhandled ' "$work/program.log"; }
 
@@ -73,7 +80,7 @@ expect() {
   until_ok 100 look && return
   local shown=$called over=
   dialog_up && over=", with a dialog standing over it"
-  xdotool windowunmap --sync "$wid" windowmap --sync "$wid" 2>/dev/null
+  timeout 10 xdotool windowunmap --sync "$wid" windowmap --sync "$wid" 2>/dev/null
   until_ok 20 look
   fail "$2: expected $expected numbers called, the board shows $shown$over ($called once the window is mapped afresh)"
 }
@@ -85,7 +92,7 @@ caller_switch() {
   local HEIGHT
   eval "$(xdotool getwindowgeometry --shell "$wid" | grep '^HEIGHT=')"
   xdotool mousemove --window "$wid" 127 $((HEIGHT - 572 + 516)) click 1
-  xdotool windowfocus --sync "$wid"  # the click is through before any key
+  focus "$wid"  # the click is through before any key
 }
 # For a press that came to nothing: the windows that stand, and where the
 # program waits.
