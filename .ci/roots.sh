@@ -105,6 +105,8 @@ leave_root() {
     return 1
   fi
   rm -rf --one-file-system "$r"
+  # The root's deletion written out here, not in the next stage's time.
+  sync
 }
 
 add_user() {

@@ -29,6 +29,9 @@ if [ -n "$for_clips" ]; then
   # meter, as the Build-Depends name them.
   mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -xE 'festival|festvox-.*|sox|lame|clang')
 elif [ -n "$for_build" ]; then
+  # debhelper (with autotools, gettext and man-db) makes the package, whose
+  # build begins after the tests' tools' install: it comes with them.
+  mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -vx debhelper)
   # Of the tests' packages, those the configure looks for: GoogleTest, and
   # the checkers of the desktop files (without them their test is left
   # out); the sanitizer runtimes, and lld, which links the sanitizer build.
