@@ -5,15 +5,12 @@
 # With --for-build, only what the configure and the build need, so that the
 # build can begin while the tests' tools are installed beside it; with
 # --for-clips, only what speaks the voice clips, so that they can be spoken
-# while the rest of the build's needs are installed; with --for-tests,
-# all but what makes and checks the Debian package, so that the tests can
-# begin while that is installed beside them.
+# while the rest of the build's needs are installed.
 set -euo pipefail
-for_build='' for_clips='' for_tests=''
+for_build='' for_clips=''
 case ${1:-} in
   --for-build) for_build=1; shift ;;
   --for-clips) for_build=1 for_clips=1; shift ;;
-  --for-tests) for_tests=1; shift ;;
 esac
 
 here=$(cd "$(dirname "$0")/.." && pwd)
@@ -27,28 +24,25 @@ build_depends() {
     sed 's/<[^>]*>//g; s/([^)]*)//g; s/[[:space:]]//g; /^$/d; s/^debhelper-compat$/debhelper/'
 }
 mapfile -t packages < <(build_depends)
-# debhelper (with autotools, gettext and man-db) makes the package alone.
-without_debhelper() { mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -vx debhelper); }
 if [ -n "$for_clips" ]; then
   # The voice, its shaping and encoding, and the compiler of the loudness
   # meter, as the Build-Depends name them.
   mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -xE 'festival|festvox-.*|sox|lame|clang')
 elif [ -n "$for_build" ]; then
-  without_debhelper
+  # debhelper (with autotools, gettext and man-db) makes the package, whose
+  # build begins after the tests' tools' install: it comes with them.
+  mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -vx debhelper)
   # Of the tests' packages, those the configure looks for: GoogleTest, and
   # the checkers of the desktop files (without them their test is left
   # out); the sanitizer runtimes, and lld, which links the sanitizer build.
   packages+=(libgtest-dev desktop-file-utils appstream libclang-rt-dev lld)
 else
-  # development alone: the sanitizer and libFuzzer runtimes, and lld
-  packages+=(libclang-rt-dev lld)
-  if [ -n "$for_tests" ]; then
-    without_debhelper
-  else
-    # what dpkg-buildpackage takes as given in every build
-    # (build-essential), and the checks of the package (lintian and blhc)
-    packages+=(build-essential dpkg-dev file lintian blhc)
-  fi
+  packages+=(
+    # development alone: the sanitizer and libFuzzer runtimes, lld; what
+    # dpkg-buildpackage takes as given in every build (build-essential), and
+    # the checks of the package (lintian and blhc)
+    libclang-rt-dev lld build-essential dpkg-dev file lintian blhc
+  )
 fi
 
 # PulseAudio's own daemon plays in one test beside PipeWire's packages. Its

@@ -68,7 +68,7 @@ stage "install what the build needs (the clips spoken beside it)" scripts/instal
 # The rest, the tests' tools, is installed beside the build, where no
 # password is asked for: a job in the background can't be asked one.
 if [ "$(id -u)" -eq 0 ] || setsid sudo -n true </dev/null >/dev/null 2>&1; then
-  begin install scripts/install-deps.sh --for-tests
+  begin install scripts/install-deps.sh
 else
   stage "install the tests' tools" scripts/install-deps.sh
 fi
@@ -86,13 +86,12 @@ finish clips
 # cores run at once.
 begin fuzz nice -n 19 tests/fuzz/run.sh 60
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install (the fuzzer's minute begins beside it)" finish install
-# What makes and checks the package (debhelper, build-essential, lintian,
-# blhc) is installed first, beside the tests too. The package's build
-# takes the clips that were spoken at the start, from the same sources; a
-# distribution's build of the package, and CI's from the Build-Depends
-# alone, speak their own (CI checks that the two .debs are the same bytes).
-begin debian nice -n 19 sh -c 'scripts/install-deps.sh &&
-  DEB_BUILD_OPTIONS=nocheck CALLOQUIN_CLIP_CACHE="$PWD/build/clips" packaging/build-deb.sh --build-only build/debian'
+# The package's build takes the clips that were spoken at the start, from
+# the same sources; a distribution's build of the package, and CI's from
+# the Build-Depends alone, speak their own (CI checks that the two .debs
+# are the same bytes).
+begin debian env DEB_BUILD_OPTIONS=nocheck CALLOQUIN_CLIP_CACHE="$PWD/build/clips" \
+  nice -n 19 packaging/build-deb.sh --build-only build/debian
 stage "every test (the package's build begins beside them)" ctest --preset asan -j $((2 * jobs)) -LE soak
 stage "the rest of the fuzzer's minute" finish fuzz
 stage "the rest of the package's build" finish debian
