@@ -77,14 +77,16 @@ stage "debug build under the sanitizers" \
 finish clips
 # Beside what follows, at the lowest priority: the tests bound how long the
 # program may take to answer, and a machine busy with builds beside them
-# must not make them fail. There, the fuzzer's minute (the fuzzer is built
-# with the sanitizer build, over its toolkit, and needs nothing of what is
-# still being installed) and the package's build (from the tarball of the
-# last commit, in build/debian) take what CPU the rest leaves. The tests
-# often wait, on X servers, sound servers and the program's timers: run
-# two at once they left half the CPU idle, so twice as many as there are
-# cores run at once.
-begin fuzz nice -n 19 tests/fuzz/run.sh 60
+# must not make them fail. There, the package's build (from the tarball of
+# the last commit, in build/debian) takes what CPU the rest leaves, and the
+# fuzzer's minute (the fuzzer is built with the sanitizer build, over its
+# toolkit, and needs nothing of what is still being installed) only what
+# even the package's build leaves: at nice 19 beside it, it took half of
+# that, some 25 s of CPU that the package's build then took at the end.
+# The tests often wait, on X servers, sound servers and the program's
+# timers: run two at once they left half the CPU idle, so twice as many as
+# there are cores run at once.
+begin fuzz chrt --idle 0 tests/fuzz/run.sh 60
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install (the fuzzer's minute begins beside it)" finish install
 # The package's build takes the clips that were spoken at the start, from
 # the same sources; a distribution's build of the package, and CI's from
