@@ -1,7 +1,5 @@
 #include "toolkit/SoundOutput.h"
 
-#include <SDL.h>
-
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
@@ -16,6 +14,7 @@
 #include <vector>
 
 #include "toolkit/PipeWireStream.h"
+#include "toolkit/SdlAudio.h"
 #include "toolkit/Sound.h"
 #include "toolkit/SoundLibrary.h"
 #include "toolkit/Strings.h"
@@ -53,15 +52,15 @@ constexpr const char* kDrivers = "pipewire,pulseaudio,alsa,jack,sndio,oss";
 #endif
 
 struct Sdl {
-  decltype(&SDL_InitSubSystem) InitSubSystem = nullptr;
-  decltype(&SDL_QuitSubSystem) QuitSubSystem = nullptr;
-  decltype(&SDL_GetError) GetError = nullptr;
-  decltype(&SDL_SetHintWithPriority) SetHintWithPriority = nullptr;
-  decltype(&SDL_GetCurrentAudioDriver) GetCurrentAudioDriver = nullptr;
-  decltype(&SDL_OpenAudioDevice) OpenAudioDevice = nullptr;
-  decltype(&SDL_CloseAudioDevice) CloseAudioDevice = nullptr;
-  decltype(&SDL_PauseAudioDevice) PauseAudioDevice = nullptr;
-  decltype(&SDL_GetAudioDeviceStatus) GetAudioDeviceStatus = nullptr;
+  sdl::InitSubSystem InitSubSystem = nullptr;
+  sdl::QuitSubSystem QuitSubSystem = nullptr;
+  sdl::GetError GetError = nullptr;
+  sdl::SetHintWithPriority SetHintWithPriority = nullptr;
+  sdl::GetCurrentAudioDriver GetCurrentAudioDriver = nullptr;
+  sdl::OpenAudioDevice OpenAudioDevice = nullptr;
+  sdl::CloseAudioDevice CloseAudioDevice = nullptr;
+  sdl::PauseAudioDevice PauseAudioDevice = nullptr;
+  sdl::GetAudioDeviceStatus GetAudioDeviceStatus = nullptr;
 };
 
 const Loaded<Sdl>& SdlLibrary() {
@@ -173,7 +172,7 @@ void Mix(std::int16_t* out, std::size_t frames) {
   }
   s.sounding.store(static_cast<int>(s.voices.size()), std::memory_order_relaxed);
 }
-void MixForSdl(void* /*unused*/, Uint8* stream, int length) {
+void MixForSdl(void* /*unused*/, std::uint8_t* stream, int length) {
   Mix(reinterpret_cast<std::int16_t*>(stream), static_cast<std::size_t>(length) / sizeof(std::int16_t));
 }
 
@@ -278,24 +277,24 @@ class Owner {
     // SDL would otherwise take SIGINT and SIGTERM for its own event queue,
     // which nobody reads, and a plain kill or a session's end would no
     // longer end the program once the voice has spoken.
-    sdl_->SetHintWithPriority(SDL_HINT_NO_SIGNAL_HANDLERS, "1", SDL_HINT_OVERRIDE);
+    sdl_->SetHintWithPriority(sdl::kHintNoSignalHandlers, "1", sdl::kHintOverride);
     // How the desktop's volume control names the voice.
-    sdl_->SetHintWithPriority(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Calloquin", SDL_HINT_OVERRIDE);
-    sdl_->SetHintWithPriority(SDL_HINT_AUDIO_DEVICE_STREAM_NAME, "Caller's voice", SDL_HINT_OVERRIDE);
+    sdl_->SetHintWithPriority(sdl::kHintAppName, "Calloquin", sdl::kHintOverride);
+    sdl_->SetHintWithPriority(sdl::kHintStreamName, "Caller's voice", sdl::kHintOverride);
     const String drivers = Drivers();
     sdlDrivers_ = WithoutPipeWire(drivers, &pipeWire_);
     sdlToo_ = drivers.empty() || !sdlDrivers_.empty();  // empty: SDL's own choice
     return true;
   }
   bool InitSdl() {
-    sdl_->SetHintWithPriority(SDL_HINT_AUDIODRIVER, sdlDrivers_.empty() ? nullptr : sdlDrivers_.c_str(),
-                              SDL_HINT_OVERRIDE);
-    inited_ = sdl_->InitSubSystem(SDL_INIT_AUDIO) == 0;
+    sdl_->SetHintWithPriority(sdl::kHintAudioDriver, sdlDrivers_.empty() ? nullptr : sdlDrivers_.c_str(),
+                              sdl::kHintOverride);
+    inited_ = sdl_->InitSubSystem(sdl::kInitAudio) == 0;
     if (!inited_) SetWhy(sdl_->GetError());
     return inited_;
   }
   void QuitSdl() {
-    if (inited_) sdl_->QuitSubSystem(SDL_INIT_AUDIO);
+    if (inited_) sdl_->QuitSubSystem(sdl::kInitAudio);
     inited_ = false;
   }
 
@@ -325,13 +324,13 @@ class Owner {
   bool Open() {
     Shared& s = S();
     s.lastMixed.store(0);
-    SDL_AudioSpec want{};
+    sdl::AudioSpec want{};
     want.freq = static_cast<int>(kMixerRate);
-    want.format = AUDIO_S16SYS;
-    want.channels = static_cast<Uint8>(kMixerChannels);
-    want.samples = static_cast<Uint16>(kDeviceBufferFrames);
+    want.format = sdl::kS16Native;
+    want.channels = static_cast<std::uint8_t>(kMixerChannels);
+    want.samples = static_cast<std::uint16_t>(kDeviceBufferFrames);
     want.callback = MixForSdl;
-    SDL_AudioSpec have{};
+    sdl::AudioSpec have{};
     // SDL converts to whatever the device takes: the mix stays 16-bit mono.
     device_ = sdl_->OpenAudioDevice(nullptr, 0, &want, &have, 0);
     if (device_ == 0) {
@@ -402,7 +401,7 @@ class Owner {
   bool Lost() const {
     if (stream_) return stream_->Failed();
     if (device_ == 0) return false;
-    if (sdl_->GetAudioDeviceStatus(device_) != SDL_AUDIO_PLAYING) return true;  // SDL saw it go
+    if (sdl_->GetAudioDeviceStatus(device_) != sdl::kAudioPlaying) return true;  // SDL saw it go
     const Clock::duration quiet = Clock::now() - std::max(At(S().lastMixed.load()), awakeAt_);
     return quiet > kQuietMeansLost;  // nobody asks for sound any more
   }
@@ -416,7 +415,7 @@ class Owner {
   bool inited_ = false, pipeWire_ = false, sdlToo_ = true, viaPipeWire_ = false, hadOutput_ = false;
   String sdlDrivers_;
   std::unique_ptr<PipeWireStream> stream_;
-  SDL_AudioDeviceID device_ = 0;
+  sdl::AudioDeviceID device_ = 0;
   Clock::time_point awakeAt_;
   std::optional<Clock::time_point> failedAt_;
 };
