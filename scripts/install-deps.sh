@@ -5,12 +5,15 @@
 # With --for-build, only what the configure and the build need, so that the
 # build can begin while the tests' tools are installed beside it; with
 # --for-clips, only what speaks the voice clips, so that they can be spoken
-# while the rest of the build's needs are installed.
+# while the rest of the build's needs are installed; with --for-package,
+# only what makes the package out of the build's needs, so that its build
+# can begin while the tests' tools are installed.
 set -euo pipefail
-for_build='' for_clips=''
+for_build='' for_clips='' for_package=''
 case ${1:-} in
   --for-build) for_build=1; shift ;;
   --for-clips) for_build=1 for_clips=1; shift ;;
+  --for-package) for_build=1 for_package=1; shift ;;
 esac
 
 here=$(cd "$(dirname "$0")/.." && pwd)
@@ -28,6 +31,9 @@ if [ -n "$for_clips" ]; then
   # The voice, its shaping and encoding, and the compiler of the loudness
   # meter, as the Build-Depends name them.
   mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -xE 'festival|festvox-.*|sox|lame|clang')
+elif [ -n "$for_package" ]; then
+  # debhelper, and what dpkg-buildpackage takes as given in every build
+  packages=(debhelper build-essential dpkg-dev)
 elif [ -n "$for_build" ]; then
   # debhelper (with autotools, gettext and man-db) makes the package, whose
   # build begins after the tests' tools' install: it comes with them.

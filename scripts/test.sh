@@ -6,10 +6,11 @@
 # own (packaging/build-deb.sh: from the release tarball, by
 # dpkg-buildpackage, checked by lintian and blhc; its tests are the ones
 # just run), installed, played and removed. The voice clips are spoken
-# once, beside the install, for both builds; the tests' tools are
-# installed beside the sanitizer build; the package's build and the
-# fuzzer's minute run beside the tests, at the lowest priority. Each
-# stage's time is printed at the end.
+# once, beside the install, for both builds; what makes the package and
+# the tests' tools are installed beside the sanitizer build; the package's
+# build begins beside it, once its tools are in, and with the fuzzer's
+# minute goes on beside the tests, at the lowest priority. Each stage's
+# time is printed at the end.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
@@ -63,38 +64,44 @@ mkdir -p build
 export CALLOQUIN_APT_STAMP=$PWD/build/apt-lists-fetched
 rm -f "$CALLOQUIN_APT_STAMP"
 stage "install what speaks the voice clips" scripts/install-deps.sh --for-clips
-begin clips env CXX=clang++ sh -c 'out=$(mktemp -d) && sh tools/voice/cached-clips.sh caller/CallTable.h "$out" build/clips && rm -rf "$out"'
+rm -f build/clips-spoken build/package-tools-in
+begin clips env CXX=clang++ sh -c 'out=$(mktemp -d) && sh tools/voice/cached-clips.sh caller/CallTable.h "$out" build/clips && rm -rf "$out" && : >build/clips-spoken'
 stage "install what the build needs (the clips spoken beside it)" scripts/install-deps.sh --for-build
-# The rest, the tests' tools, is installed beside the build, where no
-# password is asked for: a job in the background can't be asked one.
+# The rest is installed beside the build, where no password is asked for
+# (a job in the background can't be asked one): first what makes the
+# package, then the tests' tools.
 if [ "$(id -u)" -eq 0 ] || setsid sudo -n true </dev/null >/dev/null 2>&1; then
-  begin install scripts/install-deps.sh
+  begin install sh -c 'scripts/install-deps.sh --for-package && : >build/package-tools-in && scripts/install-deps.sh'
 else
   stage "install the tests' tools" scripts/install-deps.sh
+  : >build/package-tools-in
 fi
-stage "debug build under the sanitizers" \
+# The package's build (from the tarball of the last commit, in
+# build/debian) begins once what makes it is in and the clips are spoken,
+# at the lowest priority: beside the sanitizer build and the tests it takes
+# only the CPU they leave, the build's serial steps and the tests' waits.
+# It takes the clips spoken at the start, from the same sources; a
+# distribution's build of the package, and CI's from the Build-Depends
+# alone, speak their own (CI checks that the two .debs are the same bytes).
+begin debian sh -c 'until [ -e build/package-tools-in ] && [ -e build/clips-spoken ]; do sleep 1; done
+  exec env DEB_BUILD_OPTIONS=nocheck CALLOQUIN_CLIP_CACHE="$PWD/build/clips" \
+    nice -n 19 packaging/build-deb.sh --build-only build/debian'
+stage "debug build under the sanitizers (the package's build begins beside it)" \
   sh -c "cmake --preset asan >/dev/null && cmake --build --preset asan -j $jobs"
 finish clips
 # Beside what follows, at the lowest priority: the tests bound how long the
 # program may take to answer, and a machine busy with builds beside them
-# must not make them fail. There, the package's build (from the tarball of
-# the last commit, in build/debian) takes what CPU the rest leaves, and the
+# must not make them fail. There, the package's build goes on, and the
 # fuzzer's minute (the fuzzer is built with the sanitizer build, over its
-# toolkit, and needs nothing of what is still being installed) only what
-# even the package's build leaves: at nice 19 beside it, it took half of
-# that, some 25 s of CPU that the package's build then took at the end.
+# toolkit, and needs nothing of what is still being installed) takes only
+# what even the package's build leaves: at nice 19 beside it, it took half
+# of that, some 25 s of CPU that the package's build then took at the end.
 # The tests often wait, on X servers, sound servers and the program's
 # timers: run two at once they left half the CPU idle, so twice as many as
 # there are cores run at once.
 begin fuzz chrt --idle 0 tests/fuzz/run.sh 60
 [ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install (the fuzzer's minute begins beside it)" finish install
-# The package's build takes the clips that were spoken at the start, from
-# the same sources; a distribution's build of the package, and CI's from
-# the Build-Depends alone, speak their own (CI checks that the two .debs
-# are the same bytes).
-begin debian env DEB_BUILD_OPTIONS=nocheck CALLOQUIN_CLIP_CACHE="$PWD/build/clips" \
-  nice -n 19 packaging/build-deb.sh --build-only build/debian
-stage "every test (the package's build begins beside them)" ctest --preset asan -j $((2 * jobs)) -LE soak
+stage "every test (the package's build beside them)" ctest --preset asan -j $((2 * jobs)) -LE soak
 stage "the rest of the fuzzer's minute" finish fuzz
 stage "the rest of the package's build" finish debian
 # lintian keeps one core busy; the .deb's test mostly waits on apt and X.
