@@ -93,14 +93,15 @@ finish clips
 # program may take to answer, and a machine busy with builds beside them
 # must not make them fail. There, the package's build goes on, and the
 # fuzzer's minute (the fuzzer is built with the sanitizer build, over its
-# toolkit, and needs nothing of what is still being installed) takes only
-# what even the package's build leaves: at nice 19 beside it, it took half
-# of that, some 25 s of CPU that the package's build then took at the end.
+# toolkit) takes only what even the package's build leaves: at nice 19
+# beside it, it took half of that, some 25 s of CPU that the package's
+# build then took at the end. It begins with the tests, which leave more
+# idle than the last of the install, where the package's build is busy.
 # The tests often wait, on X servers, sound servers and the program's
 # timers: run two at once they left half the CPU idle, so twice as many as
 # there are cores run at once.
+[ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install" finish install
 begin fuzz chrt --idle 0 tests/fuzz/run.sh 60
-[ -z "${beside[install]:-}" ] || stage "the rest of the tests' tools' install (the fuzzer's minute begins beside it)" finish install
 stage "every test (the package's build beside them)" ctest --preset asan -j $((2 * jobs)) -LE soak
 stage "the rest of the fuzzer's minute" finish fuzz
 stage "the rest of the package's build" finish debian
