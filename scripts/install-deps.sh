@@ -35,8 +35,8 @@ elif [ -n "$for_package" ]; then
   # debhelper, and what dpkg-buildpackage takes as given in every build
   packages=(debhelper build-essential dpkg-dev)
 elif [ -n "$for_build" ]; then
-  # debhelper (with autotools, gettext and man-db) makes the package, whose
-  # build begins after the tests' tools' install: it comes with them.
+  # debhelper (with autotools, gettext and man-db) makes only the package:
+  # it comes with --for-package, beside the sanitizer build.
   mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -vx debhelper)
   # Of the tests' packages, those the configure looks for: GoogleTest, and
   # the checkers of the desktop files (without them their test is left
