@@ -27,27 +27,31 @@ build_depends() {
     sed 's/<[^>]*>//g; s/([^)]*)//g; s/[[:space:]]//g; /^$/d; s/^debhelper-compat$/debhelper/'
 }
 mapfile -t packages < <(build_depends)
+# Development's own, never the package's: the sanitizer and libFuzzer
+# runtimes, and lld, which links the sanitizer build.
+sanitizer=(libclang-rt-dev lld)
 if [ -n "$for_clips" ]; then
   # The voice, its shaping and encoding, and the compiler of the loudness
   # meter, as the Build-Depends name them.
   mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -xE 'festival|festvox-.*|sox|lame|clang')
 elif [ -n "$for_package" ]; then
   # debhelper, and what dpkg-buildpackage takes as given in every build
-  packages=(debhelper build-essential dpkg-dev)
+  # (build-essential, which brings dpkg-dev)
+  packages=(debhelper build-essential)
 elif [ -n "$for_build" ]; then
   # debhelper (with autotools, gettext and man-db) makes only the package:
   # it comes with --for-package, beside the sanitizer build.
   mapfile -t packages < <(printf '%s\n' "${packages[@]}" | grep -vx debhelper)
   # Of the tests' packages, those the configure looks for: GoogleTest, and
   # the checkers of the desktop files (without them their test is left
-  # out); the sanitizer runtimes, and lld, which links the sanitizer build.
-  packages+=(libgtest-dev desktop-file-utils appstream libclang-rt-dev lld)
+  # out).
+  packages+=(libgtest-dev desktop-file-utils appstream "${sanitizer[@]}")
 else
   packages+=(
-    # development alone: the sanitizer and libFuzzer runtimes, lld; what
-    # dpkg-buildpackage takes as given in every build (build-essential), and
-    # the checks of the package (lintian and blhc)
-    libclang-rt-dev lld build-essential dpkg-dev file lintian blhc
+    "${sanitizer[@]}"
+    # what dpkg-buildpackage takes as given in every build (build-essential,
+    # which brings dpkg-dev), and the checks of the package (lintian, blhc)
+    build-essential file lintian blhc
   )
 fi
 
