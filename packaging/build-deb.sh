@@ -20,7 +20,10 @@ out=$(realpath -m "$1")
 tools=(dpkg-buildpackage dh xz lintian blhc)
 case $mode in build-only) tools=("${tools[@]:0:3}") ;; checks-only) tools=("${tools[@]:3}") ;; esac
 for tool in "${tools[@]}"; do
-  command -v "$tool" >/dev/null || { echo "FAIL: $tool is not installed (scripts/install-deps.sh installs it)"; exit 1; }
+  command -v "$tool" >/dev/null || {
+    echo "FAIL: $tool is not installed (scripts/install-deps.sh installs what the build needs, and scripts/install-deps.sh lintian blhc the checks)"
+    exit 1
+  }
 done
 
 version=$(dpkg-parsechangelog -l "$source_dir/packaging/debian/changelog" -S Version)
