@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdint>
@@ -17,6 +18,9 @@ namespace {
 
 // The sink is fed exact zeros between clips; anything above this is a clip.
 constexpr float kThreshold = 1e-3f;
+// Blocks come at least every cycle (21 ms at most) while the sink runs;
+// none for this long means it rests.
+constexpr auto kResting = std::chrono::milliseconds(100);
 
 void Process(void* data) { static_cast<SinkListener*>(data)->OnProcess(); }
 
@@ -29,7 +33,7 @@ const pw_stream_events kEvents = [] {
 
 }  // namespace
 
-SinkListener::SinkListener(const std::string& sink) {
+SinkListener::SinkListener(const std::string& sink, bool busy) {
   if (sink.rfind("fifo:", 0) == 0) {
     rate_ = 44100;
     pipeReader_ = std::thread([this, path = sink.substr(5)] { ReadPipe(path); });
@@ -40,7 +44,8 @@ SinkListener::SinkListener(const std::string& sink) {
   loop_ = pw_thread_loop_new("sink-listener", nullptr);
   pw_properties* props = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture",
                                            PW_KEY_MEDIA_ROLE, "Production", PW_KEY_TARGET_OBJECT, sink.c_str(),
-                                           PW_KEY_STREAM_CAPTURE_SINK, "true", nullptr);
+                                           PW_KEY_STREAM_CAPTURE_SINK, "true", PW_KEY_NODE_PASSIVE,
+                                           busy ? "false" : "true", nullptr);
   pw_thread_loop_lock(loop_);
   stream_ = pw_stream_new_simple(pw_thread_loop_get_loop(loop_), "calloquin-bench-listener", props, &kEvents, this);
   uint8_t buffer[1024];
@@ -145,7 +150,11 @@ bool SinkListener::WaitQuiet(Clock::duration quiet, Clock::time_point deadline) 
     for (const Block& block : blocks_) {
       if (block.loudAt) lastLoud = block.start;
     }
-    if (!blocks_.empty() && blocks_.back().start - lastLoud >= quiet) return true;
-    if (changed_.wait_until(lock, deadline) == std::cv_status::timeout) return false;
+    // Heard up to the last block, or up to now when the sink rests.
+    const auto now = Clock::now();
+    const bool resting = blocks_.empty() || now - blocks_.back().start >= kResting;
+    if ((resting ? now : blocks_.back().start) - lastLoud >= quiet) return true;
+    if (now >= deadline) return false;
+    changed_.wait_until(lock, std::min(deadline, now + kResting));
   }
 }

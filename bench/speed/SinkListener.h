@@ -6,6 +6,13 @@
 // PulseAudio pipe sink timed by the system clock (16-bit mono, 44.1 kHz):
 // each block read from the pipe is stamped with when it was read, less its
 // length.
+//
+// The listener is passive: like a desktop's sink that nobody records from,
+// the sink rests while nothing plays to it and wakes at the first stream
+// that does, at that stream's own cycles. A busy listener instead keeps the
+// sink running at PipeWire's default cycle of 1024 frames, as another
+// program playing would; a stream then joins a graph already running at
+// long cycles.
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -20,14 +27,15 @@ struct pw_stream;
 class SinkListener {
  public:
   using Clock = std::chrono::steady_clock;
-  explicit SinkListener(const std::string& sink);
+  SinkListener(const std::string& sink, bool busy);
   ~SinkListener();
 
   // The time of the first sample at the sink louder than the threshold,
   // taken at or after `after`; nothing if none came by the deadline.
   std::optional<Clock::time_point> FirstSound(Clock::time_point after, Clock::time_point deadline);
   // Waits until the sink has had nothing louder than the threshold for
-  // `quiet`; false if that did not happen by the deadline.
+  // `quiet`, or has rested that long since its last loud sample; false if
+  // that did not happen by the deadline.
   bool WaitQuiet(Clock::duration quiet, Clock::time_point deadline);
 
   void OnProcess();  // for the stream's callback

@@ -11,12 +11,13 @@
 //                  --min PIXELS [--hold-ms H] -- PROGRAM [ARGS...]
 //     Starts the program and times from exec to the first frame in which at
 //     least PIXELS of the region (content coordinates) have the colour.
-//   xprobe sound --sink NAME [--presses N] [--wait-ms W] [--quiet-ms Q] TARGET
+//   xprobe sound --sink NAME [--presses N] [--wait-ms W] [--quiet-ms Q] [--busy-sink] TARGET
 //     With the caller switched on, presses Return N times (at most 89, one
 //     game), each once the sink has been quiet for Q ms (400), and times each
 //     press from the key event to the clip's first sample at the PipeWire
 //     sink NAME. W is the wait between the window's appearing and the
-//     first press.
+//     first press. The sink rests while nothing plays to it, as a desktop's
+//     does; --busy-sink keeps it running, as another program playing would.
 //
 // Every window is taken to have the content size of Calloquin's layout with
 // anything above it (the in-window menu bar) found from its geometry.
@@ -473,6 +474,7 @@ int Startup(int argc, char** argv) {
 int Sound(int argc, char** argv) {
   std::string sink;
   int presses = 60, waitMs = 1000, quietMs = 400;
+  bool busy = false;
   std::optional<Target> target;
   for (int i = 0; i < argc; ++i) {
     const std::string a = argv[i];
@@ -480,6 +482,7 @@ int Sound(int argc, char** argv) {
     else if (a == "--presses" && i + 1 < argc) presses = std::atoi(argv[++i]);
     else if (a == "--wait-ms" && i + 1 < argc) waitMs = std::atoi(argv[++i]);
     else if (a == "--quiet-ms" && i + 1 < argc) quietMs = std::atoi(argv[++i]);
+    else if (a == "--busy-sink") busy = true;
     else target = ParseTarget(a);
   }
   if (!target || sink.empty() || presses < 1 || presses > 89) Die("sound needs --sink, one target and 1 to 89 presses");
@@ -487,7 +490,7 @@ int Sound(int argc, char** argv) {
   t.caller = true;
   // Kept to the end of the process: a pipe's reader thread reads into it
   // until then (destroyed under it, its mutex broke glibc's assertions).
-  SinkListener& listener = *new SinkListener(sink);
+  SinkListener& listener = *new SinkListener(sink, busy);
   const auto appeared = Clock::now();
   Connect(t);
   std::this_thread::sleep_until(appeared + std::chrono::milliseconds(waitMs));

@@ -5,8 +5,11 @@
 # one run of 60 presses (the median and 95th percentile are over all of
 # them), and 10 more runs of one press each (the first press of a run, 11
 # in all), and 3 runs whose one press comes after 30 s of silence with the
-# caller on. Each press comes after 0.4 s of silence at the sink. Programs
-# are measured one after the other in the same session.
+# caller on. Each press comes after 0.4 s of silence at the sink. The sink
+# rests while nothing plays to it, as a desktop's does; 5 more runs of one
+# press find it kept running by another stream at PipeWire's default cycle,
+# as when another program plays. Programs are measured one after the other
+# in the same session.
 #
 # usage: bench/speed/sound.sh LABEL=COMMAND...
 #   e.g. bench/speed/sound.sh now=build/bench/Calloquin/bin/calloquin \
@@ -24,7 +27,7 @@ run() {  # presses, wait before the first (ms), command...
   local presses=$1 wait=$2; shift 2
   "$@" 2>"$work/program.log" &
   app_pid=$!
-  "$xprobe" sound --sink "$sink" --presses "$presses" --wait-ms "$wait" "display=$DISPLAY,name=Calloquin"
+  "$xprobe" sound --sink "$sink" ${busy_sink:+--busy-sink} --presses "$presses" --wait-ms "$wait" "display=$DISPLAY,name=Calloquin"
   local status=$?
   kill "$app_pid" 2>/dev/null
   wait "$app_pid" 2>/dev/null
@@ -46,6 +49,12 @@ for target in "$@"; do
     one=$(run 1 30000 "${command[@]}") || fail "$label: $one"
     echo "$label: the first press after 30 s of silence: $(sed -n 's/.* first=\([0-9.]*\).*/\1/p' <<<"$one") ms"
   done
+  busy=
+  for _ in $(seq 5); do
+    one=$(busy_sink=1 run 1 1500 "${command[@]}") || fail "$label: $one"
+    busy="$busy $(sed -n 's/.* first=\([0-9.]*\).*/\1/p' <<<"$one")"
+  done
+  echo "$label: the first press of a run, the sink kept running by another stream:$busy ms"
   /usr/bin/python3 - "$label" "$long" $firsts <<'EOF'
 import statistics, sys
 label, long, firsts = sys.argv[1], sys.argv[2], [float(x) for x in sys.argv[3:]]
