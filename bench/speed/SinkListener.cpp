@@ -18,8 +18,8 @@ namespace {
 
 // The sink is fed exact zeros between clips; anything above this is a clip.
 constexpr float kThreshold = 1e-3f;
-// Blocks come at least every cycle (21 ms at most) while the sink runs;
-// none for this long means it rests.
+// A block comes every cycle while the sink runs (21 ms at PipeWire's
+// default); none for this long means it rests.
 constexpr auto kResting = std::chrono::milliseconds(100);
 
 void Process(void* data) { static_cast<SinkListener*>(data)->OnProcess(); }
