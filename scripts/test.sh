@@ -10,11 +10,11 @@
 # packages) took some 30 s of this command, and CI runs them on each
 # release's package built from the Build-Depends alone, the same bytes as
 # this one; packaging/build-deb.sh runs them on a package by hand. The
-# voice clips are spoken once, beside the install, for both builds; what makes the package and
-# the tests' tools are installed beside the sanitizer build; the package's
-# build begins beside it, once its tools are in, and with the fuzzer's
-# minute goes on beside the tests, at the lowest priority. Each stage's
-# time is printed at the end.
+# voice clips are spoken once, beside the install, for both builds; what
+# makes the package and the tests' tools are installed beside the
+# sanitizer build; the package's build begins beside it, once its tools
+# are in, and with the fuzzer's minute goes on beside the tests, at the
+# lowest priority. Each stage's time is printed at the end.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
